@@ -1,0 +1,123 @@
+#ifndef PROCESSLAUNCHER_H
+#define PROCESSLAUNCHER_H
+
+#include "appllauncher.h"
+#include "datetimenotifier.h"
+#include "httpaccessutility.h"
+#include "networkaccesshelper.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+
+class ApplInfo;
+class ApplUpdateInfo;
+class ApplUpdater;
+class ApplVersion;
+class EditorInfo;
+class HistoryInfo;
+class OfflineFileInfo;
+class OfflineFileManager;
+class QLockFile;
+class QTranslator;
+class Registry;
+class ScreenInfo;
+
+// The root of the program: it runs the start-up sequence, owns every state
+// object and carries the operations that touch more than one of them.
+class ProcessLauncher : public ApplLauncher
+{
+    Q_OBJECT
+
+public:
+    ProcessLauncher(int &argc, char **argv);
+    ~ProcessLauncher() override;
+
+    // --- Start-up and launch modes ---------------------------------------
+    // True when the process can go on; otherwise the exit status says why.
+    bool initialize(QTranslator &translator);
+    bool hasLauncherUpdate();
+    // True when a project file on the command line was dealt with and the
+    // process is to exit now.
+    bool detectWhetherOpenWithFiles();
+    // True when another launcher window holds the lock.
+    bool lockManagerFile(QLockFile &lock);
+
+    bool readApplInfo(bool testMode);
+    bool readRegistry();
+    bool readOfflineFileInfo();
+    bool prepareApplUpdater();
+    void refreshUpdateState();
+    void saveWebVersion(const QString &webType);
+    bool saveApplInfo();
+    bool saveOfflineFileInfo();
+    QString getWebUrl(const QString &webType);
+    bool getLocale(QString &locale) const;
+    // Where the single-instance lock lies: beside the manager file.
+    QString getLockFilePath() const;
+    QList<ApplUpdateInfo> getInstallableVersions();
+
+    // --- Current editor, pins and recent projects -------------------------
+    bool getLauncherVersion();
+    void setCurrentEditorInfo(const ApplVersion &version);
+    void unsetCurrentEditorInfo();
+    bool saveLauncherState();
+    bool saveSettings();
+    // Installed editors, newest first, pinned ones ahead of the others.
+    QList<EditorInfo> getInstalledEditors();
+    bool getLauncherNameAndVersion(QString &applName, QString &version) const;
+    bool appendHistoryInfo(HistoryInfo history);
+    bool deleteHistoryInfo(const HistoryInfo &history);
+    bool addPinnedVersionInfo(const EditorInfo &editor);
+    bool deletePinnedVersionInfo(const EditorInfo &editor);
+    bool addHistoryAfterLaunch(const EditorInfo &editor, const QString &filePath);
+    EditorInfo findEditorForHistory(const ApplVersion &version);
+    bool fileExists(const QString &path);
+    bool setLocale(const QString &locale);
+    bool setShowAllVersions(bool showAll);
+
+    // --- Offline page store -------------------------------------------------
+    OfflineFileInfo getOfflineFileInfo(const QString &url);
+    OfflineFileInfo createOfflineFileInfo(const QString &url);
+    QString getOfflineFileName(const OfflineFileInfo &info);
+    bool saveOfflineFile(const QString &url, const QString &contents);
+    QString restoreOfflineFile(const QString &url);
+
+    // Reads the command line: returns whether test mode is on and sets the
+    // project file to open, the last existing file named.
+    static bool parseArguments(const QStringList &arguments, QString &openFilePath);
+
+    // --- Accessors -----------------------------------------------------------
+    ApplInfo *getApplInfo() const { return m_applInfo; }
+    Registry *getRegistry() const { return m_registry; }
+    ApplUpdater *getApplUpdater() const { return m_applUpdater; }
+    OfflineFileManager *getOfflineFileManager() const { return m_offlineFiles; }
+    ScreenInfo *getScreenInfo() const { return m_screenInfo; }
+    NetworkAccessHelper *getNetworkAccessHelper() { return &m_networkHelper; }
+    QTimer *getRefreshTimer() { return &m_refreshTimer; }
+    DateTimeNotifier *getUpdateNotifier() { return &m_updateNotifier; }
+    int getExitStatus() const { return m_exitStatus; }
+    QStringList getArguments() const { return m_arguments; }
+    QString getOpenFilePath() const { return m_openFilePath; }
+
+private:
+    void installTranslator(QTranslator &translator);
+    void checkProxy();
+    QString ensureFolder(const QString &folder) const;
+
+    HTTPAccessUtility m_httpAccess;
+    Registry *m_registry = nullptr;
+    ApplInfo *m_applInfo = nullptr;
+    ApplUpdater *m_applUpdater = nullptr;
+    NetworkAccessHelper m_networkHelper;
+    OfflineFileManager *m_offlineFiles = nullptr;
+    ScreenInfo *m_screenInfo = nullptr;
+    QTimer m_refreshTimer;
+    DateTimeNotifier m_updateNotifier;
+    int m_exitStatus = 1;
+    QStringList m_arguments;
+    QString m_openFilePath;
+};
+
+#endif // PROCESSLAUNCHER_H

@@ -1,0 +1,25 @@
+#ifndef NETWORKACCESSHELPER_H
+#define NETWORKACCESSHELPER_H
+
+#include <QObject>
+#include <QString>
+
+// Says whether the maker's public host name resolves. It sends no packet and
+// ignores any proxy, so a machine that reaches the net only through a proxy
+// without name resolution counts as offline.
+class NetworkAccessHelper : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit NetworkAccessHelper(QObject *parent = nullptr);
+    ~NetworkAccessHelper() override;
+
+    // Blocks the calling thread for as long as the resolver takes.
+    bool isAvailable() const;
+
+private:
+    QString m_hostName;
+};
+
+#endif // NETWORKACCESSHELPER_H

@@ -1,0 +1,21 @@
+#ifndef SYSTEMENVIRONMENT_H
+#define SYSTEMENVIRONMENT_H
+
+#include <QByteArray>
+#include <QString>
+
+// Process-level services of the operating system that the launcher hands work to.
+class SystemEnvironment
+{
+public:
+    // Sets "NAME=value" in this process's environment, where child processes
+    // and in-process clients that read the C runtime's environment see it.
+    static bool putVariable(const QByteArray &assignment);
+
+    // Starts a file the way the shell's "open" action does. With wait true the
+    // call returns only when the started process has ended; the exit code is
+    // not read. On false errorText holds the reason.
+    static bool openFile(const QString &path, bool wait, QString &errorText);
+};
+
+#endif // SYSTEMENVIRONMENT_H

@@ -1,0 +1,8 @@
+#include "screeninfo.h"
+
+ScreenInfo::ScreenInfo(QObject *parent)
+    : QObject(parent)
+{
+}
+
+ScreenInfo::~ScreenInfo() = default;

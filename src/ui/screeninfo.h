@@ -1,0 +1,24 @@
+#ifndef SCREENINFO_H
+#define SCREENINFO_H
+
+#include <QObject>
+
+// The signal hub of the user interface. Code that holds only the launcher
+// (update logic, package flows) tells the pages through it that something
+// changed. It keeps no state.
+class ScreenInfo : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ScreenInfo(QObject *parent = nullptr);
+    ~ScreenInfo() override;
+
+signals:
+    void signalRefreshButtonClicked();
+    void signalInstallationConfirmed();
+    void signalUptodateVersionNoticed(bool updatingVersionFound, bool recentVersionFound);
+    void signalUptodateWebVersionNoticed(bool updatedNewsWebFound, bool updatedHowtoWebFound);
+};
+
+#endif // SCREENINFO_H

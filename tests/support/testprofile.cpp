@@ -1,0 +1,80 @@
+#include "testprofile.h"
+
+#include "systemsettings.h"
+
+#include <QDir>
+#include <QSettings>
+
+static const char *const kVariables[] = {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR", "XDG_CACHE_HOME"};
+
+TestProfile::TestProfile()
+{
+    for (const char *name : kVariables)
+        m_saved.insert(name, qgetenv(name));
+    const QString base = m_dir.path();
+    const QStringList folders{QStringLiteral("home"), QStringLiteral("data"), QStringLiteral("config"),
+                              QStringLiteral("runtime"), QStringLiteral("cache")};
+    for (const QString &folder : folders)
+        QDir(base).mkpath(folder);
+    QFile::setPermissions(base + QStringLiteral("/runtime"), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    qputenv("HOME", QFile::encodeName(base + QStringLiteral("/home")));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(base + QStringLiteral("/data")));
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(base + QStringLiteral("/config")));
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(base + QStringLiteral("/runtime")));
+    qputenv("XDG_CACHE_HOME", QFile::encodeName(base + QStringLiteral("/cache")));
+}
+
+TestProfile::~TestProfile()
+{
+    for (auto it = m_saved.constBegin(); it != m_saved.constEnd(); ++it) {
+        if (it.value().isEmpty())
+            qunsetenv(it.key().constData());
+        else
+            qputenv(it.key().constData(), it.value());
+    }
+}
+
+QString TestProfile::dataHome() const
+{
+    return root() + QStringLiteral("/data");
+}
+
+QString TestProfile::configHome() const
+{
+    return root() + QStringLiteral("/config");
+}
+
+QString TestProfile::launcherFolder(bool create) const
+{
+    const QString folder = dataHome() + QStringLiteral("/Vorlix/ZanmirLauncher");
+    if (create)
+        QDir().mkpath(folder);
+    return folder;
+}
+
+QString TestProfile::managerFile() const
+{
+    return launcherFolder() + QStringLiteral("/ZanmirManager.json");
+}
+
+QString TestProfile::logFile(const QString &executableName) const
+{
+    return launcherFolder(false) + QStringLiteral("/%1.log").arg(executableName);
+}
+
+void TestProfile::registerApplication(const QString &subkey, const QHash<QString, QString> &values) const
+{
+    QSettings settings(SystemSettings::uninstallRecordsFile(), QSettings::IniFormat);
+    settings.beginGroup(subkey);
+    for (auto it = values.constBegin(); it != values.constEnd(); ++it)
+        settings.setValue(it.key(), it.value());
+    settings.endGroup();
+    settings.sync();
+}
+
+void TestProfile::unregisterApplication(const QString &subkey) const
+{
+    QSettings settings(SystemSettings::uninstallRecordsFile(), QSettings::IniFormat);
+    settings.remove(subkey);
+    settings.sync();
+}
