@@ -1,5 +1,6 @@
 #include "processlauncher.h"
 
+#include "offlinefilemanager.h"
 #include "screeninfo.h"
 
 #include <QDir>
@@ -76,8 +77,11 @@ bool ProcessLauncher::initialize(QTranslator &translator)
         return false;
     if (!getLauncherVersion())
         return false;
-    if (!readOfflineFileInfo())
+    if (!readOfflineFileInfo()) {
+        writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(m_offlineFiles->getErrorText()));
         return false;
+    }
+    writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(m_offlineFiles->getInfoText()));
     if (!prepareApplUpdater())
         return false;
 

@@ -47,6 +47,9 @@ public:
     bool readApplInfo(bool testMode);
     bool readRegistry();
     bool readOfflineFileInfo();
+    // Applies the proxy that the environment or the Internet settings name,
+    // environment first; true when the user is to be warned about them.
+    bool applyStartupProxy();
     bool prepareApplUpdater();
     void refreshUpdateState();
     void saveWebVersion(const QString &webType);
