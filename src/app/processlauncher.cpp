@@ -1,6 +1,8 @@
 #include "processlauncher.h"
 
+#include "applinfo.h"
 #include "offlinefilemanager.h"
+#include "registry.h"
 #include "screeninfo.h"
 
 #include <QDir>
@@ -69,12 +71,18 @@ bool ProcessLauncher::initialize(QTranslator &translator)
     ensureFolder(vorlixDataFolder());
     ensureFolder(launcherDataFolder());
 
-    if (!readApplInfo(testMode))
+    if (!readApplInfo(testMode)) {
+        writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(m_applInfo->getErrorText()));
         return false;
+    }
+    writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(m_applInfo->getInfoText()));
     installTranslator(translator);
     checkProxy();
-    if (!readRegistry())
+    if (!readRegistry()) {
+        writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(m_registry->getErrorText()));
         return false;
+    }
+    writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(m_registry->getInfoText()));
     if (!getLauncherVersion())
         return false;
     if (!readOfflineFileInfo()) {

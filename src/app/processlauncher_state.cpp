@@ -1,39 +1,224 @@
 // Manager file, applications catalogue, current editor, pins and recent projects.
 #include "processlauncher.h"
 
+#include "applinfo.h"
 #include "editorinfo.h"
 #include "historyinfo.h"
+#include "launcherinfo.h"
+#include "registry.h"
 
-// SEAM(state): the manager file and the applications catalogue are not built
-// in yet. Each operation says so in the log and fails, so start-up stops
-// instead of running on invented state.
-static const QString kNoState = QStringLiteral("manager file and applications catalogue are not available in this build");
+#include <QFile>
 
-bool ProcessLauncher::readApplInfo(bool)
+namespace {
+
+const QString kEditorType = QStringLiteral("editor");
+const QString kLauncherType = QStringLiteral("launcher");
+const QString kMacFolder = QStringLiteral("/Library/Application Support/Vorlix");
+
+// The second half of every change to the manager file: log what ApplInfo
+// reported about the change, write, and log the outcome. A failed write
+// leaves its words in the info text, so the error text logged here is the
+// one from before; the in-memory change stands either way.
+bool writeChange(ProcessLauncher &launcher, ApplInfo *applInfo, const QString &format)
 {
-    writeLog(QStringLiteral("ProcessLauncher::readApplInfo: %1").arg(kNoState));
-    return false;
+    launcher.writeLog(format.arg(applInfo->getInfoText()));
+    const bool written = applInfo->updateFile();
+    launcher.writeLog(format.arg(written ? applInfo->getInfoText() : applInfo->getErrorText()));
+    return written;
+}
+
+} // namespace
+
+bool ProcessLauncher::readApplInfo(bool testMode)
+{
+    const QString folder
+        = ensureFolder(getTargetSystemName() == QLatin1String("macosx") ? kMacFolder : launcherDataFolder());
+    m_applInfo
+        = new ApplInfo(QStringLiteral("%1/%2").arg(folder, QStringLiteral("ZanmirManager.json")), testMode, this);
+    if (m_applInfo->loadFile())
+        return true;
+
+    // Missing, broken or incomplete: write what could be read, defaults for
+    // the rest, and read that back.
+    if (!m_applInfo->createFile())
+        return false;
+    writeLog(QStringLiteral("ProcessLauncher::readApplInfo: %1").arg(m_applInfo->getInfoText()));
+    return m_applInfo->loadFile();
 }
 
 bool ProcessLauncher::readRegistry()
 {
-    writeLog(QStringLiteral("ProcessLauncher::readRegistry: %1").arg(kNoState));
-    return false;
+    const QString folder
+        = ensureFolder(getTargetSystemName() == QLatin1String("macosx") ? kMacFolder : vorlixDataFolder());
+    const QString filePath = QStringLiteral("%1/%2").arg(folder, QStringLiteral("ZanmirApplications.json"));
+    m_registry = new Registry(filePath, this);
+    writeLog(QStringLiteral("ProcessLauncher::readRegistry: TargetSystemName=%1, RegistryFileName=%2")
+                 .arg(getTargetSystemName(), filePath));
+    return m_registry->read();
+}
+
+bool ProcessLauncher::saveApplInfo()
+{
+    return m_applInfo->updateFile();
+}
+
+QString ProcessLauncher::getWebUrl(const QString &webType)
+{
+    return m_applInfo->getWebUrl(webType, QString());
 }
 
 bool ProcessLauncher::getLocale(QString &locale) const
 {
-    locale = QStringLiteral("en_US");
-    return true;
-}
-
-bool ProcessLauncher::getLauncherVersion()
-{
-    writeLog(QStringLiteral("EditorLaunch::getLauncherVersion: %1").arg(kNoState));
-    return false;
+    return m_applInfo->getLocale(locale);
 }
 
 QString ProcessLauncher::getLockFilePath() const
 {
-    return QStringLiteral("%1/ZanmirManager.lock").arg(launcherDataFolder());
+    return m_applInfo->getLockFilePath();
+}
+
+bool ProcessLauncher::getLauncherVersion()
+{
+    const QList<EditorInfo> launchers = m_registry->getVersionList(kLauncherType);
+    if (launchers.isEmpty()) {
+        // The record keeps what the manager file held.
+        writeLog(QStringLiteral("EditorLaunch::getLauncherVersion: No version info in registry."));
+        return false;
+    }
+
+    // The first entry in catalogue order, not the newest.
+    const EditorInfo &first = launchers.first();
+    const LauncherInfo launcher(first.getApplName(), first.getVersion(), first.getPath(), first.getUninstallerPath());
+    m_applInfo->setLauncherInfo(launcher);
+    writeLog(QStringLiteral("EditorLaunch::getLauncherVersion: Current %1 Version %2: %3")
+                 .arg(kLauncherType, launcher.getVersion(), launcher.getPath()));
+    m_applInfo->mirrorLauncherInfo(launcher);
+    return saveSettings();
+}
+
+void ProcessLauncher::setCurrentEditorInfo(const ApplVersion &version)
+{
+    // Only an installed version can become the default; the current editor
+    // takes the catalogue's paths.
+    const QList<EditorInfo> editors = m_registry->getVersionList(m_applInfo->getSelectedApplType());
+    for (const EditorInfo &editor : editors) {
+        if (editor.isSameVersion(version)) {
+            EditorInfo selected;
+            static_cast<ApplVersion &>(selected) = version;
+            m_applInfo->setSelectedVersion(selected);
+            m_applInfo->setCurrentEditorInfo(editor);
+            break;
+        }
+    }
+
+    const EditorInfo current = m_applInfo->getCurrentEditorInfo();
+    writeLog(QStringLiteral("EditorLaunch::setCurrentEditorInfo: Current %1 %2 Version %3: %4")
+                 .arg(current.getApplType(), current.getEdition(), current.getVersion(), current.getPath()));
+}
+
+void ProcessLauncher::unsetCurrentEditorInfo()
+{
+    m_applInfo->setSelectedVersion(EditorInfo());
+    m_applInfo->setCurrentEditorInfo(EditorInfo());
+    writeLog(QStringLiteral("EditorLaunch::unsetCurrentEditorInfo:"));
+}
+
+bool ProcessLauncher::saveLauncherState()
+{
+    m_applInfo->mirrorEditorInfo(m_applInfo->getCurrentEditorInfo());
+    m_applInfo->mirrorSelection();
+    return saveSettings();
+}
+
+bool ProcessLauncher::saveSettings()
+{
+    const bool saved = saveApplInfo();
+    writeLog(QStringLiteral("EditorLaunch::saveSettings: %1")
+                 .arg(saved ? m_applInfo->getInfoText() : m_applInfo->getErrorText()));
+    return saved;
+}
+
+QList<EditorInfo> ProcessLauncher::getInstalledEditors()
+{
+    QList<EditorInfo> editors = m_registry->getVersionList(kEditorType);
+    Registry::sortNewestFirst(editors);
+
+    // Pins only move versions to the front; they play no part in choosing one.
+    QList<EditorInfo> pinned;
+    QList<EditorInfo> others;
+    for (const EditorInfo &editor : qAsConst(editors)) {
+        if (m_applInfo->isPinnedVersion(editor))
+            pinned.append(editor);
+        else
+            others.append(editor);
+    }
+    return pinned + others;
+}
+
+bool ProcessLauncher::getLauncherNameAndVersion(QString &applName, QString &version) const
+{
+    const LauncherInfo launcher = m_applInfo->getLauncherInfo();
+    applName = launcher.getApplName();
+    version = launcher.getVersion();
+    return true;
+}
+
+bool ProcessLauncher::appendHistoryInfo(HistoryInfo history)
+{
+    m_applInfo->addHistoryInfo(history);
+    return writeChange(*this, m_applInfo, QStringLiteral("ProcessLauncher::appendHistoryInfo: %1"));
+}
+
+bool ProcessLauncher::deleteHistoryInfo(const HistoryInfo &history)
+{
+    m_applInfo->deleteHistoryInfo(history);
+    return writeChange(*this, m_applInfo, QStringLiteral("ProcessLauncher::deleteHistoryInfo: %1"));
+}
+
+bool ProcessLauncher::addPinnedVersionInfo(const EditorInfo &editor)
+{
+    m_applInfo->addPinnedVersionInfo(editor);
+    return writeChange(*this, m_applInfo, QStringLiteral("ProcessLauncher::addPinnedVersionInfo: %1"));
+}
+
+bool ProcessLauncher::deletePinnedVersionInfo(const EditorInfo &editor)
+{
+    m_applInfo->deletePinnedVersionInfo(editor);
+    return writeChange(*this, m_applInfo, QStringLiteral("ProcessLauncher::deletePinnedVersionInfo: %1"));
+}
+
+bool ProcessLauncher::addHistoryAfterLaunch(const EditorInfo &editor, const QString &filePath)
+{
+    // An editor started without a project leaves no trace in the list.
+    if (filePath.isEmpty())
+        return true;
+    return appendHistoryInfo(HistoryInfo(editor.getApplType(), editor.getEdition(), editor.getVersion(), filePath));
+}
+
+EditorInfo ProcessLauncher::findEditorForHistory(const ApplVersion &version)
+{
+    const EditorInfo identity(version.getApplType(), version.getEdition(), version.getVersion());
+    return m_registry->findVersionForDocument(identity);
+}
+
+bool ProcessLauncher::fileExists(const QString &path)
+{
+    if (!QFile::exists(path)) {
+        writeLog(QStringLiteral("ProcessLauncher::fileExists: File does not exist: %1").arg(path));
+        return false;
+    }
+    return true;
+}
+
+bool ProcessLauncher::setLocale(const QString &locale)
+{
+    // Takes effect at the next start, when the translator is chosen.
+    m_applInfo->setLocale(locale);
+    return saveSettings();
+}
+
+bool ProcessLauncher::setShowAllVersions(bool showAll)
+{
+    m_applInfo->setShowAllVersions(showAll);
+    return saveSettings();
 }

@@ -25,6 +25,11 @@ LauncherInfo::LauncherInfo(const QJsonObject &json, bool *error, QObject *parent
         *error = false;
 }
 
+LauncherInfo::LauncherInfo(const LauncherInfo &other)
+    : EditorInfo(other)
+{
+}
+
 LauncherInfo::~LauncherInfo() = default;
 
 LauncherInfo &LauncherInfo::operator=(const LauncherInfo &other)

@@ -14,6 +14,8 @@ public:
     LauncherInfo(const QString &applName, const QString &version, const QString &path,
                  const QString &uninstallerPath, QObject *parent = nullptr);
     LauncherInfo(const QJsonObject &json, bool *error, QObject *parent = nullptr);
+    // Copies without the parent.
+    LauncherInfo(const LauncherInfo &other);
     ~LauncherInfo() override;
 
     LauncherInfo &operator=(const LauncherInfo &other);

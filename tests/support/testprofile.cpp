@@ -57,6 +57,11 @@ QString TestProfile::managerFile() const
     return launcherFolder() + QStringLiteral("/ZanmirManager.json");
 }
 
+QString TestProfile::catalogueFile() const
+{
+    return dataHome() + QStringLiteral("/Vorlix/ZanmirApplications.json");
+}
+
 QString TestProfile::logFile(const QString &executableName) const
 {
     return launcherFolder(false) + QStringLiteral("/%1.log").arg(executableName);
@@ -77,4 +82,28 @@ void TestProfile::unregisterApplication(const QString &subkey) const
     QSettings settings(SystemSettings::uninstallRecordsFile(), QSettings::IniFormat);
     settings.remove(subkey);
     settings.sync();
+}
+
+void TestProfile::registerVersion(const QString &subkey, const QString &applType, const QString &edition,
+                                  const QString &version) const
+{
+    const QString product = applType == QLatin1String("launcher") ? QStringLiteral("Vorlix Zanmir Launcher")
+                                                                  : QStringLiteral("Vorlix Zanmir Editor");
+    registerApplication(subkey, {{QStringLiteral("DisplayName"), QStringLiteral("%1 %2").arg(product, version)},
+                                 {QStringLiteral("AppType"), applType},
+                                 {QStringLiteral("AppName"), product},
+                                 {QStringLiteral("AppEdition"), edition},
+                                 {QStringLiteral("AppVersion"), version},
+                                 {QStringLiteral("EditorPath"), executablePath(subkey)},
+                                 {QStringLiteral("UninstallString"), uninstallerPath(subkey)}});
+}
+
+QString TestProfile::executablePath(const QString &subkey)
+{
+    return QStringLiteral("/opt/zanmir/%1/bin/zanmir").arg(subkey);
+}
+
+QString TestProfile::uninstallerPath(const QString &subkey)
+{
+    return QStringLiteral("/opt/zanmir/%1/uninstall").arg(subkey);
 }

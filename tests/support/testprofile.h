@@ -25,11 +25,19 @@ public:
     // G + "/Vorlix/ZanmirLauncher", made on request.
     QString launcherFolder(bool create = true) const;
     QString managerFile() const;
+    // G + "/Vorlix/ZanmirApplications.json".
+    QString catalogueFile() const;
     QString logFile(const QString &executableName) const;
 
     // Writes one group of the uninstall-records stand-in.
     void registerApplication(const QString &subkey, const QHash<QString, QString> &values) const;
     void unregisterApplication(const QString &subkey) const;
+    // Registers a version of the editor or the launcher the way its
+    // installer would, with paths made from the subkey.
+    void registerVersion(
+        const QString &subkey, const QString &applType, const QString &edition, const QString &version) const;
+    static QString executablePath(const QString &subkey);
+    static QString uninstallerPath(const QString &subkey);
 
 private:
     QTemporaryDir m_dir;

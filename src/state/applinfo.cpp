@@ -1,0 +1,464 @@
+#include "applinfo.h"
+
+#include "deploymentconfig.h"
+#include "jsonfilereader.h"
+#include "processlauncher.h"
+#include "textfilewriter.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QLocale>
+
+#include <algorithm>
+
+namespace {
+
+const QString kFormatVersion = QStringLiteral("1.0.0");
+const QString kEditorType = QStringLiteral("editor");
+const QString kNewsWeb = QStringLiteral("newsweb");
+const QString kHowtoWeb = QStringLiteral("howtoweb");
+const QString kHistoryEdited = QStringLiteral("Registory file is edit.");
+
+bool higherSerialFirst(const HistoryInfo &a, const HistoryInfo &b)
+{
+    return a.getSerialNo() > b.getSerialNo();
+}
+
+} // namespace
+
+ApplInfo::ApplInfo(const QString &filePath, bool testMode, ProcessLauncher *launcher)
+    : QObject(launcher)
+    , m_selectedApplType(kEditorType)
+    , m_filePath(filePath)
+    , m_launcher(launcher)
+    , m_testMode(testMode)
+    , m_newsWeb(kNewsWeb, QStringLiteral("0.0.0.0"), QString())
+    , m_howtoWeb(kHowtoWeb, QStringLiteral("0.0.0.0"), QString())
+    , m_locale(QLocale::system().name())
+    , m_proxyInfo(false, QStringLiteral("192.168.1.1"), QStringLiteral("80"))
+{
+    m_serverBase = DeploymentConfig::serverBase();
+    if (m_testMode)
+        m_serverBase += QStringLiteral("/Test");
+}
+
+ApplInfo::~ApplInfo() = default;
+
+bool ApplInfo::loadFile()
+{
+    JsonFileReader reader(m_filePath);
+    if (!reader.parse()) {
+        // The reader's reason is not taken over: a second failure in one run
+        // wraps the first message.
+        m_errorText = QStringLiteral("Failed to load ApplInfo file: %1").arg(m_errorText);
+        return false;
+    }
+    m_infoText = QStringLiteral("ApplInfo file loaded: %1").arg(m_filePath);
+    m_document = reader.getDocument();
+
+    const QJsonObject root = m_document.object().value(kFormatVersion).toObject();
+    if (root.isEmpty())
+        return false;
+
+    // Every section is read, even after a bad one, so that whatever is good
+    // survives the rewrite that follows a failed load.
+    bool bad = false;
+
+    const QJsonObject launcher = root.value(QStringLiteral("launcher")).toObject();
+    if (launcher.isEmpty())
+        bad = true;
+    else
+        m_launcherInfo = LauncherInfo(launcher, nullptr);
+
+    const QJsonObject editor = root.value(QStringLiteral("editor")).toObject();
+    if (editor.isEmpty())
+        bad = true;
+    else
+        m_currentEditor = EditorInfo(false, editor, nullptr);
+
+    m_histories.clear();
+    const QJsonArray histories = root.value(QStringLiteral("histories")).toArray();
+    for (const QJsonValue &element : histories) {
+        const QJsonObject object = element.toObject();
+        bool error = object.isEmpty();
+        if (!error) {
+            const HistoryInfo history(object, &error);
+            if (!error)
+                m_histories.append(history);
+        }
+        if (error) {
+            bad = true;
+            m_infoText = kHistoryEdited;
+        }
+    }
+
+    m_selectedApplType = root.value(QStringLiteral("selected_appl_type")).toString();
+    if (m_selectedApplType.isEmpty()) {
+        m_selectedApplType = kEditorType;
+        bad = true;
+    }
+
+    const QJsonObject selected = root.value(QStringLiteral("selected_version")).toObject();
+    m_selectedVersions[kEditorType] = EditorInfo(true, selected.value(kEditorType).toObject(), nullptr);
+
+    QList<EditorInfo> &pinned = m_pinnedVersions[kEditorType];
+    pinned.clear();
+    const QJsonArray pins = root.value(QStringLiteral("pinned_version")).toObject().value(kEditorType).toArray();
+    for (const QJsonValue &element : pins)
+        pinned.append(EditorInfo(true, element.toObject(), nullptr));
+
+    const QJsonObject webVersions = root.value(QStringLiteral("web_versions")).toObject();
+    if (webVersions.isEmpty()) {
+        bad = true;
+    } else {
+        bool error = false;
+        m_howtoWeb = WebUpdateInfo(kHowtoWeb, webVersions.value(kHowtoWeb).toObject(), &error);
+        bad = bad || error;
+        m_newsWeb = WebUpdateInfo(kNewsWeb, webVersions.value(kNewsWeb).toObject(), &error);
+        bad = bad || error;
+    }
+
+    const QJsonObject proxy = root.value(QStringLiteral("proxy_info")).toObject();
+    if (proxy.isEmpty()) {
+        bad = true;
+    } else {
+        bool incomplete = false;
+        m_proxyInfo = ProxyServerInfo(proxy, &incomplete);
+        bad = bad || incomplete;
+    }
+
+    m_locale = root.value(QStringLiteral("locale")).toString();
+    const bool hasLocale = !m_locale.isEmpty();
+    if (!hasLocale)
+        m_locale = QLocale::system().name();
+
+    return !bad && hasLocale;
+}
+
+bool ApplInfo::createFile()
+{
+    mirrorLauncherInfo(m_launcherInfo);
+    mirrorEditorInfo(m_currentEditor);
+    mirrorHistories();
+    mirrorSelection();
+    mirrorLocale();
+    mirrorProxyInfo(m_proxyInfo);
+    mirrorWebVersions(m_newsWeb, m_howtoWeb);
+
+    TextFileWriter writer(m_filePath);
+    if (!writer.writeNew(QString::fromUtf8(m_document.toJson()))) {
+        // The info text on purpose: callers log it either way.
+        m_infoText = QStringLiteral("Failed to create ApplInfo file: %1").arg(writer.getErrorText());
+        return false;
+    }
+    m_infoText = QStringLiteral("ApplInfo file created: %1").arg(m_filePath);
+    return true;
+}
+
+bool ApplInfo::updateFile()
+{
+    TextFileWriter writer(m_filePath);
+    if (!writer.replace(QString::fromUtf8(m_document.toJson()))) {
+        // Into the info text as well, so that a caller logging the error text
+        // after a failure logs the previous one.
+        m_infoText = QStringLiteral("Failed to update ApplInfo file: %1").arg(writer.getErrorText());
+        return false;
+    }
+    m_infoText = QStringLiteral("ApplInfo file updated: %1").arg(m_filePath);
+    return true;
+}
+
+QString ApplInfo::getInfoText() const
+{
+    return m_infoText;
+}
+
+QString ApplInfo::getErrorText() const
+{
+    return m_errorText;
+}
+
+QString ApplInfo::getLockFilePath() const
+{
+    return QStringLiteral("%1/%2").arg(QFileInfo(m_filePath).dir().path(), QStringLiteral("ZanmirManager.lock"));
+}
+
+QString ApplInfo::getWebUrl(const QString &webType, const QString &defaultText) const
+{
+    QString text;
+    if (webType == QLatin1String("launcher_info_web")) {
+        text = QStringLiteral("/Zanmir/Launcher/UpdateInfo/updateinfo.json");
+    } else if (webType == kNewsWeb) {
+        text = m_newsWeb.isEmpty() ? QStringLiteral("/Zanmir/Launcher/%1/NewsWeb/news.htm") : m_newsWeb.getUrl();
+    } else if (webType == kHowtoWeb) {
+        // Decided by the news stamp, not by the help page's own: both stamps
+        // arrive together from the catalogue.
+        text = m_newsWeb.isEmpty() ? QStringLiteral("/Zanmir/Launcher/%1/HowtoWeb/support.htm") : m_howtoWeb.getUrl();
+    } else if (webType == QLatin1String("launcher_history_web")) {
+        text = QStringLiteral("/Zanmir/Launcher/%1/History/Launcher.htm");
+    } else if (webType == QLatin1String("editor_history_web")) {
+        text = QStringLiteral("/Zanmir/Launcher/%1/History/Editor.htm");
+    } else if (webType == QLatin1String("launcher_installer_web") || webType == QLatin1String("editor_installer_web")) {
+        text = defaultText;
+    } else if (webType == QLatin1String("footprintweb")) {
+        text = QStringLiteral("/Zanmir/Launcher/%1/History/index.html");
+    } else if (webType == QLatin1String("onlinestrore")) {
+        const QString language = m_locale == QLatin1String("en_US") ? QStringLiteral("/en/") : QStringLiteral("/jp/");
+        text = DeploymentConfig::storeUrl() + language;
+    }
+
+    if (text.contains(QLatin1String("%1")))
+        text = text.arg(m_locale);
+
+    // Every address carries the suffix, installer addresses from the
+    // catalogue included.
+    const QString suffix = QStringLiteral("?t=pe1");
+    if (text.startsWith(QLatin1String("http://")) || text.startsWith(QLatin1String("file://")))
+        return text + suffix;
+    return m_serverBase + text + suffix;
+}
+
+bool ApplInfo::isWebVersionUpToDate(const QString &webType, const WebUpdateInfo &remote) const
+{
+    if (webType == kNewsWeb)
+        return m_newsWeb.compareVersion(remote) >= 0;
+    if (webType == kHowtoWeb)
+        return m_howtoWeb.compareVersion(remote) >= 0;
+    return false;
+}
+
+bool ApplInfo::saveWebVersion(const QString &webType, const WebUpdateInfo &record)
+{
+    const WebUpdateInfo stamp(record.getType(), record.getVersion(), record.getUrl());
+    if (webType == kNewsWeb) {
+        mirrorWebVersions(stamp, m_howtoWeb);
+        m_newsWeb = stamp;
+    } else if (webType == kHowtoWeb) {
+        mirrorWebVersions(m_newsWeb, stamp);
+        m_howtoWeb = stamp;
+    } else {
+        return false;
+    }
+    // The stamp holds in memory whether or not the file could be written.
+    updateFile();
+    return true;
+}
+
+bool ApplInfo::getLocale(QString &locale) const
+{
+    locale = m_locale;
+    return true;
+}
+
+bool ApplInfo::setLocale(const QString &locale)
+{
+    m_locale = locale;
+    mirrorLocale();
+    return true;
+}
+
+bool ApplInfo::getShowAllVersions(bool &showAll) const
+{
+    showAll = m_showAllVersions;
+    return true;
+}
+
+bool ApplInfo::setShowAllVersions(bool showAll)
+{
+    m_showAllVersions = showAll;
+    return true;
+}
+
+QString ApplInfo::getSelectedApplType() const
+{
+    return m_selectedApplType;
+}
+
+bool ApplInfo::hasSelectedVersion() const
+{
+    return !m_selectedVersions.value(m_selectedApplType).isEmpty();
+}
+
+EditorInfo ApplInfo::getSelectedVersion() const
+{
+    return m_selectedVersions.value(m_selectedApplType);
+}
+
+void ApplInfo::setSelectedVersion(const EditorInfo &version)
+{
+    m_selectedVersions[m_selectedApplType] = version;
+}
+
+bool ApplInfo::isSelectedVersion(const ApplVersion &version) const
+{
+    return m_selectedVersions.value(m_selectedApplType).isSameVersion(version);
+}
+
+bool ApplInfo::isPinnedVersion(const ApplVersion &version) const
+{
+    const QList<EditorInfo> pinned = m_pinnedVersions.value(m_selectedApplType);
+    return std::any_of(
+        pinned.cbegin(), pinned.cend(), [&version](const EditorInfo &pin) { return pin.isSameVersion(version); });
+}
+
+EditorInfo ApplInfo::getCurrentEditorInfo() const
+{
+    return m_currentEditor;
+}
+
+void ApplInfo::setCurrentEditorInfo(const EditorInfo &editor)
+{
+    m_currentEditor = editor;
+}
+
+LauncherInfo ApplInfo::getLauncherInfo() const
+{
+    return m_launcherInfo;
+}
+
+void ApplInfo::setLauncherInfo(const LauncherInfo &launcher)
+{
+    m_launcherInfo = launcher;
+}
+
+void ApplInfo::addHistoryInfo(HistoryInfo history)
+{
+    // One entry per project file: an earlier one of the same path goes first.
+    const auto same = std::find_if(m_histories.cbegin(), m_histories.cend(),
+        [&history](const HistoryInfo &entry) { return entry.getOpenFilePath() == history.getOpenFilePath(); });
+    if (same != m_histories.cend()) {
+        const HistoryInfo previous = *same;
+        deleteHistoryInfo(previous);
+    }
+
+    // The serial number is a logical clock: one above the highest in use.
+    std::sort(m_histories.begin(), m_histories.end(), higherSerialFirst);
+    history.setSerialNo(m_histories.isEmpty() ? 1 : m_histories.first().getSerialNo() + 1);
+    history.setTimestamp(currentTimestamp());
+    m_histories.append(history);
+    mirrorHistories();
+    m_infoText = QStringLiteral("HistoryInfo added: serial_no=%1").arg(history.getSerialNo());
+}
+
+void ApplInfo::deleteHistoryInfo(const HistoryInfo &history)
+{
+    const int serialNo = history.getSerialNo();
+    for (int i = 0; i < m_histories.size(); ++i) {
+        if (m_histories.at(i).getSerialNo() == serialNo) {
+            m_histories.removeAt(i);
+            mirrorHistories();
+            m_infoText = QStringLiteral("HistoryInfo deleted: serial_no=%1").arg(serialNo);
+            return;
+        }
+    }
+}
+
+QList<HistoryInfo> ApplInfo::getHistories() const
+{
+    QList<HistoryInfo> sorted = m_histories;
+    std::sort(sorted.begin(), sorted.end(), higherSerialFirst);
+    QList<HistoryInfo> result;
+    for (const HistoryInfo &history : qAsConst(sorted)) {
+        if (history.getSerialNo() >= 1 && history.getApplType() == m_selectedApplType)
+            result.append(history);
+    }
+    return result;
+}
+
+void ApplInfo::addPinnedVersionInfo(const EditorInfo &editor)
+{
+    // No test for a duplicate: pinning twice gives two entries.
+    m_pinnedVersions[m_selectedApplType].append(editor);
+    m_infoText = QStringLiteral("Version is pinned on: %1 %2 %3")
+                     .arg(m_selectedApplType, editor.getEdition(), editor.getVersion());
+    mirrorPinnedVersions();
+}
+
+void ApplInfo::deletePinnedVersionInfo(const EditorInfo &editor)
+{
+    QList<EditorInfo> &pinned = m_pinnedVersions[m_selectedApplType];
+    // The index moves on after a removal too, so an entry right behind a
+    // removed one is not looked at: of two neighbouring twins one stays.
+    for (int i = 0; i < pinned.size(); ++i) {
+        if (pinned.at(i).isSameVersion(editor)) {
+            pinned.removeAt(i);
+            m_infoText = QStringLiteral("Version is pinned off: %1 %2 %3")
+                             .arg(m_selectedApplType, editor.getEdition(), editor.getVersion());
+        }
+    }
+    mirrorPinnedVersions();
+}
+
+void ApplInfo::mirror(const QString &key, const QJsonValue &value)
+{
+    QJsonObject root = m_document.object();
+    QJsonObject section = root.value(kFormatVersion).toObject();
+    section.insert(key, value);
+    root.insert(kFormatVersion, section);
+    m_document.setObject(root);
+}
+
+void ApplInfo::mirrorLauncherInfo(const LauncherInfo &launcher)
+{
+    mirror(QStringLiteral("launcher"), launcher.toJson());
+}
+
+void ApplInfo::mirrorEditorInfo(const EditorInfo &editor)
+{
+    mirror(QStringLiteral("editor"), editor.toJson(false));
+}
+
+void ApplInfo::mirrorHistories()
+{
+    QJsonArray histories;
+    for (const HistoryInfo &history : qAsConst(m_histories))
+        histories.append(history.toJson());
+    mirror(QStringLiteral("histories"), histories);
+}
+
+static QJsonArray shortForms(const QList<EditorInfo> &editors)
+{
+    QJsonArray array;
+    for (const EditorInfo &editor : editors)
+        array.append(editor.toJson(true));
+    return array;
+}
+
+void ApplInfo::mirrorPinnedVersions()
+{
+    QJsonObject pinned;
+    pinned.insert(m_selectedApplType, shortForms(m_pinnedVersions.value(m_selectedApplType)));
+    mirror(QStringLiteral("pinned_version"), pinned);
+}
+
+void ApplInfo::mirrorSelection()
+{
+    // Only "editor" is ever read back, whatever type is selected.
+    mirror(QStringLiteral("selected_appl_type"), m_selectedApplType);
+    QJsonObject selected;
+    selected.insert(kEditorType, m_selectedVersions.value(kEditorType).toJson(true));
+    mirror(QStringLiteral("selected_version"), selected);
+    QJsonObject pinned;
+    pinned.insert(kEditorType, shortForms(m_pinnedVersions.value(kEditorType)));
+    mirror(QStringLiteral("pinned_version"), pinned);
+}
+
+void ApplInfo::mirrorProxyInfo(const ProxyServerInfo &proxy)
+{
+    mirror(QStringLiteral("proxy_info"), proxy.toJson());
+}
+
+void ApplInfo::mirrorWebVersions(const WebUpdateInfo &newsWeb, const WebUpdateInfo &howtoWeb)
+{
+    QJsonObject webVersions;
+    webVersions.insert(kNewsWeb, newsWeb.toJson());
+    webVersions.insert(kHowtoWeb, howtoWeb.toJson());
+    mirror(QStringLiteral("web_versions"), webVersions);
+}
+
+void ApplInfo::mirrorLocale()
+{
+    mirror(QStringLiteral("locale"), m_locale);
+}

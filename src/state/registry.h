@@ -1,0 +1,57 @@
+#ifndef REGISTRY_H
+#define REGISTRY_H
+
+#include "baseobject.h"
+#include "editorinfo.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QList>
+#include <QObject>
+#include <QString>
+
+// The catalogue of installed applications. The uninstall records that the
+// installers write are the truth; the catalogue file is a cache that every
+// list query rebuilds from them, so a version removed by any means is gone
+// at the next query.
+class Registry : public QObject, public BaseObject
+{
+    Q_OBJECT
+
+public:
+    Registry(const QString &filePath, QObject *parent = nullptr);
+    ~Registry() override;
+
+    // True when a catalogue was loaded; a missing or broken file is rebuilt
+    // once from the uninstall records first.
+    bool read();
+    bool write();
+    void scanInstalledApplications();
+    void clearApplications();
+    // operation is "insert", "update" or "delete". Works on the document only.
+    void updateVersion(const QString &operation, const EditorInfo &info);
+    QJsonObject versionToJson(const EditorInfo &info) const;
+
+    // Each query rescans the uninstall records and rewrites the file.
+    QList<EditorInfo> getVersionList(const QString &applType);
+    // The installed entry of exactly that version, or an empty record.
+    EditorInfo findVersion(const ApplVersion &version);
+    // The editor to open a project saved by that version; empty only when no
+    // editor is installed at all.
+    EditorInfo findVersionForDocument(const ApplVersion &version);
+    // The newest installed build of the version's major.minor series, the
+    // version itself included.
+    EditorInfo findUpdatedVersion(const ApplVersion &version);
+    // The newest public version of that type.
+    EditorInfo findRecentVersion(const QString &applType);
+    QList<EditorInfo> getReleaseVersions();
+
+    // Newest first by version number; the order of equal versions is not defined.
+    static void sortNewestFirst(QList<EditorInfo> &editors);
+
+private:
+    QJsonDocument m_document;
+    QString m_filePath;
+};
+
+#endif // REGISTRY_H
