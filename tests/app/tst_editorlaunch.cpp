@@ -539,7 +539,7 @@ private slots:
             QVERIFY(QFile::copy(QString(ZANMIR_ARGRECORDER), application));
         const QString record = m_profile.root() + QString("/arguments.jsonl");
         QFile::remove(record);
-        qputenv("ZANMIR_ARGS_LOG", QFile::encodeName(record));
+        qputenv("ZANMIR_SAMPLE_EDITOR_LOG", QFile::encodeName(record));
 
         const QString filePath = project.isEmpty() ? QString() : m_profile.root() + QLatin1Char('/') + project;
         QVERIFY(m_launcher.openFileByApplication(filePath, application));
@@ -555,7 +555,7 @@ private slots:
     {
         const QString record = m_profile.root() + QString("/failures.jsonl");
         QFile::remove(record);
-        qputenv("ZANMIR_ARGS_LOG", QFile::encodeName(record));
+        qputenv("ZANMIR_SAMPLE_EDITOR_LOG", QFile::encodeName(record));
         const QString project = QString("/p/scene.zmr");
 
         // No application: false without a word.
