@@ -49,6 +49,9 @@ private slots:
         QVERIFY2(hasLogLine(log, QStringLiteral("ApplLauncher::ApplLauncher: Launcher arguments[2]: -test")),
             qPrintable(log));
         QVERIFY(harness.editorStarts().isEmpty());
+        // Nothing is registered: a launcher missing from the uninstall records does not start.
+        QVERIFY2(hasLogLine(log, QStringLiteral("EditorLaunch::getLauncherVersion: No version info in registry.")),
+            qPrintable(log));
     }
 
     void firstRunLosesArgumentLines()
