@@ -50,6 +50,16 @@ CatalogueBuilder catalogueOf(const QStringList &entries)
     return catalogue;
 }
 
+QString flag(bool value)
+{
+    return value ? QStringLiteral("true") : QStringLiteral("false");
+}
+
+QString webEvent(bool news, bool howto)
+{
+    return QStringLiteral("web news=%1 howto=%2").arg(flag(news), flag(howto));
+}
+
 } // namespace
 
 // Everything the signal hub sends, in order, with its arguments.
@@ -78,19 +88,7 @@ private slots:
         events.append(QStringLiteral("version updating=%1 recent=%2").arg(flag(updating), flag(recent)));
     }
     void uptodateWebVersionNoticed(bool news, bool howto) { events.append(webEvent(news, howto)); }
-
-public:
-    static QString flag(bool value) { return value ? QStringLiteral("true") : QStringLiteral("false"); }
-    static QString webEvent(bool news, bool howto)
-    {
-        return QStringLiteral("web news=%1 howto=%2").arg(flag(news), flag(howto));
-    }
 };
-
-static QString webEvent(bool news, bool howto)
-{
-    return ScreenSignalRecorder::webEvent(news, howto);
-}
 
 // The update catalogue as start-up and the refresh get it: from the server,
 // from the offline copy, or not at all, and what the launcher answers from it.
