@@ -1,4 +1,5 @@
 #include "applupdater.h"
+#include "cataloguebuilder.h"
 #include "editorinfo.h"
 #include "registry.h"
 #include "testprofile.h"
@@ -9,55 +10,6 @@
 #include <QtTest>
 
 #include <memory>
-
-// Builds update catalogues in the server's format.
-class CatalogueBuilder
-{
-public:
-    CatalogueBuilder &update(const QString &type, const QString &name, const QString &version,
-                             const QJsonArray &targets = QJsonArray())
-    {
-        QJsonObject entry;
-        if (!type.isNull())
-            entry.insert(QStringLiteral("appl_type"), type);
-        if (!name.isNull())
-            entry.insert(QStringLiteral("appl_name"), name);
-        if (!version.isNull())
-            entry.insert(QStringLiteral("version"), version);
-        entry.insert(QStringLiteral("targets"), targets.isEmpty() ? winTarget(version) : targets);
-        m_updates.append(entry);
-        return *this;
-    }
-
-    CatalogueBuilder &editor(const QString &version, const QString &name = QStringLiteral("release"))
-    {
-        return update(QStringLiteral("editor"), name, version);
-    }
-
-    CatalogueBuilder &web(const QString &type, const QString &version, const QString &url)
-    {
-        m_web.append(QJsonObject{{"type", type}, {"version", version}, {"url", url}});
-        return *this;
-    }
-
-    static QJsonArray winTarget(const QString &version)
-    {
-        return QJsonArray{QJsonObject{{"target", "win64"},
-                                      {"url", QStringLiteral("/Zanmir/Installer/%1/setup.exe").arg(version)},
-                                      {"filename", QStringLiteral("ZanmirSetup_%1.exe").arg(version)}}};
-    }
-
-    QString text() const
-    {
-        const QJsonObject appVersions{{"update_date", "2026/11/01"}, {"updates", m_updates}};
-        const QJsonObject root{{"1.0.0", QJsonObject{{"app_versions", appVersions}, {"web_versions", m_web}}}};
-        return QString::fromUtf8(QJsonDocument(root).toJson());
-    }
-
-private:
-    QJsonArray m_updates;
-    QJsonArray m_web;
-};
 
 static QStringList versions(const QList<ApplUpdateInfo> &updates)
 {
