@@ -223,28 +223,3 @@ bool LauncherHarness::waitForEditorStarts(int count, int msecs) const
 {
     return QTest::qWaitFor([&]() { return editorStarts().size() >= count; }, msecs);
 }
-
-QString LauncherHarness::launcherBinary()
-{
-    return QStringLiteral(ZANMIR_LAUNCHER_BINARY);
-}
-
-QString LauncherHarness::sampleEditorBinary()
-{
-    return QStringLiteral(ZANMIR_SAMPLE_EDITOR_BINARY);
-}
-
-QString LauncherHarness::makeSampleProjectBinary()
-{
-    return QStringLiteral(ZANMIR_MAKE_SAMPLE_PROJECT_BINARY);
-}
-
-QString LauncherHarness::registerScript()
-{
-    return QStringLiteral(ZANMIR_REGISTER_SCRIPT);
-}
-
-QString LauncherHarness::watchdogLibrary()
-{
-    return QStringLiteral(ZANMIR_DIALOG_WATCHDOG_LIBRARY);
-}

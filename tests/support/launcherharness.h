@@ -114,11 +114,11 @@ public:
     // Editors are started detached and may log after the launcher has ended.
     bool waitForEditorStarts(int count, int msecs = 10000) const;
 
-    static QString launcherBinary();
-    static QString sampleEditorBinary();
-    static QString makeSampleProjectBinary();
-    static QString registerScript();
-    static QString watchdogLibrary();
+    static QString launcherBinary() { return QStringLiteral(ZANMIR_LAUNCHER_BINARY); }
+    static QString sampleEditorBinary() { return QStringLiteral(ZANMIR_SAMPLE_EDITOR_BINARY); }
+    static QString makeSampleProjectBinary() { return QStringLiteral(ZANMIR_MAKE_SAMPLE_PROJECT_BINARY); }
+    static QString registerScript() { return QStringLiteral(ZANMIR_REGISTER_SCRIPT); }
+    static QString watchdogLibrary() { return QStringLiteral(ZANMIR_DIALOG_WATCHDOG_LIBRARY); }
 
 private:
     TestProfile m_profile;
