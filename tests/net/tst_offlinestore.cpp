@@ -150,6 +150,14 @@ private slots:
         QCOMPARE(TestFiles::read(pagePath(2)), QByteArray("old howto"));
     }
 
+    void emptyIndexGetsSerialZeroBack()
+    {
+        QVERIFY(TestFiles::write(indexPath(), "{\"offlinefiles\": []}"));
+        QVERIFY(m_launcher->readOfflineFileInfo());
+        QVERIFY(m_launcher->saveOfflineFile(kPageA, QStringLiteral("news")));
+        QCOMPARE(indexEntries(), (Entries { { 0, QString() }, { 1, kPageA } }));
+    }
+
     void failedIndexWriteSavesNoPage()
     {
         QVERIFY(QFile::remove(indexPath()));
