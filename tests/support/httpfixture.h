@@ -7,9 +7,9 @@
 #include <QObject>
 #include <QPair>
 #include <QString>
+#include <QTcpServer>
 
 class QProcess;
-class QTcpServer;
 class QTcpSocket;
 
 // A scripted HTTP server on 127.0.0.1 for tests that need exact answers:
@@ -34,26 +34,31 @@ public:
         int delayMs = 0;
     };
 
-    static Answer ok(const QByteArray &body);
-    static Answer status(int status, const QByteArray &reason, const QByteArray &body);
-    static Answer redirect(int status, const QByteArray &location, const QByteArray &body);
-    static Answer withoutLength(const QByteArray &body);
-    static Answer dropped();
+    static Answer status(int status, const QByteArray &reason, const QByteArray &body)
+    {
+        return { status, reason, {}, body };
+    }
+    static Answer ok(const QByteArray &body) { return status(200, "OK", body); }
+    static Answer redirect(int status, const QByteArray &location, const QByteArray &body)
+    {
+        return { status, status == 301 ? "Moved Permanently" : "Found", { { "Location", location } }, body };
+    }
+    static Answer withoutLength(const QByteArray &body) { return { 200, "OK", {}, body, false }; }
+    static Answer dropped() { return { 200, "OK", {}, {}, true, true }; }
 
     explicit HttpFixture(QObject *parent = nullptr);
-    ~HttpFixture() override;
 
     // Listens on 127.0.0.1 on a free port.
-    bool listen();
-    void close();
-    quint16 port() const;
+    bool listen() { return m_server.listen(QHostAddress::LocalHost, 0); }
+    void close() { m_server.close(); }
+    quint16 port() const { return m_server.serverPort(); }
     // "http://127.0.0.1:<port>" followed by the path.
-    QString url(const QString &path) const;
+    QString url(const QString &path) const { return QStringLiteral("http://127.0.0.1:%1%2").arg(port()).arg(path); }
 
     // The path is the request target as it arrives, query included.
-    void setAnswer(const QString &path, const Answer &answer);
+    void setAnswer(const QString &path, const Answer &answer) { m_answers.insert(path, answer); }
     // How many requests asked for the path so far.
-    int requestCount(const QString &path) const;
+    int requestCount(const QString &path) const { return m_requestCounts.value(path); }
 
 private slots:
     void acceptConnection();
@@ -62,7 +67,7 @@ private slots:
 private:
     void answer(QTcpSocket *socket, const Answer &answer);
 
-    QTcpServer *m_server;
+    QTcpServer m_server;
     QHash<QString, Answer> m_answers;
     QHash<QString, int> m_requestCounts;
 };
@@ -73,8 +78,10 @@ private:
 class FileStoreServer
 {
 public:
-    explicit FileStoreServer(const QString &directory);
-    ~FileStoreServer();
+    explicit FileStoreServer(const QString &directory)
+        : m_directory(directory)
+    { }
+    ~FileStoreServer() { stop(); }
 
     FileStoreServer(const FileStoreServer &) = delete;
     FileStoreServer &operator=(const FileStoreServer &) = delete;
@@ -84,7 +91,7 @@ public:
     void stop();
     bool isRunning() const;
     quint16 port() const { return m_port; }
-    QString url(const QString &path) const;
+    QString url(const QString &path) const { return QStringLiteral("http://127.0.0.1:%1%2").arg(m_port).arg(path); }
     // What the server printed, for a failed start.
     QString output() const;
 
@@ -92,6 +99,7 @@ private:
     QString m_directory;
     quint16 m_port = 0;
     QProcess *m_process = nullptr;
+    QByteArray m_output;
 };
 
 #endif // HTTPFIXTURE_H

@@ -1,7 +1,8 @@
 #include "launcherharness.h"
 
+#include "testfiles.h"
+
 #include <QDir>
-#include <QFile>
 #include <QHostAddress>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -11,23 +12,15 @@
 
 namespace {
 
-QString readFile(const QString &path)
+QList<QJsonDocument> readJsonLines(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return QString();
-    return QString::fromUtf8(file.readAll());
-}
-
-QList<QJsonValue> readJsonLines(const QString &path)
-{
-    QList<QJsonValue> values;
-    const QStringList lines = readFile(path).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    for (const QString &line : lines) {
-        const QJsonDocument document = QJsonDocument::fromJson(line.toUtf8());
-        values.append(document.isArray() ? QJsonValue(document.array()) : QJsonValue(document.object()));
+    QList<QJsonDocument> documents;
+    const QList<QByteArray> lines = TestFiles::read(path).split('\n');
+    for (const QByteArray &line : lines) {
+        if (!line.isEmpty())
+            documents.append(QJsonDocument::fromJson(line));
     }
-    return values;
+    return documents;
 }
 
 // A loopback port on which nothing listens right now.
@@ -57,10 +50,15 @@ LauncherRun::LauncherRun(QObject *parent, const QString &dialogLog)
 
 LauncherRun::~LauncherRun()
 {
-    if (isRunning()) {
-        m_process.kill();
-        m_process.waitForFinished(5000);
-    }
+    kill();
+}
+
+void LauncherRun::kill()
+{
+    if (!isRunning())
+        return;
+    m_process.kill();
+    m_process.waitForFinished(5000);
 }
 
 bool LauncherRun::waitForFinished(int msecs)
@@ -70,14 +68,8 @@ bool LauncherRun::waitForFinished(int msecs)
     if (m_process.waitForFinished(msecs))
         return true;
     m_timedOut = true;
-    m_process.kill();
-    m_process.waitForFinished(5000);
+    kill();
     return false;
-}
-
-bool LauncherRun::isRunning() const
-{
-    return m_process.state() != QProcess::NotRunning;
 }
 
 void LauncherRun::stop()
@@ -85,10 +77,8 @@ void LauncherRun::stop()
     if (!isRunning())
         return;
     m_process.terminate();
-    if (!m_process.waitForFinished(10000)) {
-        m_process.kill();
-        m_process.waitForFinished(5000);
-    }
+    if (!m_process.waitForFinished(10000))
+        kill();
 }
 
 QString LauncherRun::standardError()
@@ -100,16 +90,10 @@ QString LauncherRun::standardError()
 QList<DialogRecord> LauncherRun::dialogs() const
 {
     QList<DialogRecord> records;
-    const QList<QJsonValue> lines = readJsonLines(m_dialogLog);
-    for (const QJsonValue &line : lines) {
-        const QJsonObject object = line.toObject();
-        DialogRecord record;
-        record.icon = object.value(QStringLiteral("icon")).toString();
-        record.title = object.value(QStringLiteral("title")).toString();
-        record.text = object.value(QStringLiteral("text")).toString();
-        record.button = object.value(QStringLiteral("button")).toString();
-        record.className = object.value(QStringLiteral("class")).toString();
-        records.append(record);
+    const QList<QJsonDocument> lines = readJsonLines(m_dialogLog);
+    for (const QJsonDocument &line : lines) {
+        const auto value = [&line](const char *key) { return line.object().value(QLatin1String(key)).toString(); };
+        records.append({ value("icon"), value("title"), value("text"), value("button"), value("class") });
     }
     return records;
 }
@@ -140,21 +124,6 @@ LauncherHarness::~LauncherHarness()
     qDeleteAll(runs);
 }
 
-QString LauncherHarness::projectsFolder() const
-{
-    return m_profile.root() + QStringLiteral("/projects");
-}
-
-QString LauncherHarness::projectPath(const QString &name) const
-{
-    return projectsFolder() + QLatin1Char('/') + name;
-}
-
-void LauncherHarness::setEnvironmentValue(const QString &name, const QString &value)
-{
-    m_environment.insert(name, value);
-}
-
 QProcessEnvironment LauncherHarness::environment() const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -171,15 +140,12 @@ QProcessEnvironment LauncherHarness::environment() const
     environment.insert(QStringLiteral("ZANMIR_SERVER_BASE"), m_serverBase);
     environment.insert(QStringLiteral("ZANMIR_STORE_URL"), m_serverBase + QStringLiteral("/store"));
     environment.insert(QStringLiteral("ZANMIR_PUBLIC_HOST"), QStringLiteral("localhost"));
-    // "minimal" rather than "offscreen": the latter leaks its screen at exit,
-    // which a sanitizer build would report as a failure of every run.
+    // "offscreen" leaks its screen at exit, which a sanitizer build reports.
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("minimal"));
     environment.insert(QStringLiteral("ZANMIR_SAMPLE_EDITOR_LOG"), root + QStringLiteral("/sample-editor.log"));
     environment.insert(QStringLiteral("LD_PRELOAD"), watchdogLibrary());
-    // In a sanitizer build the preloaded watchdog comes ahead of the
-    // sanitizer runtime, which is harmless here. A sanitizer report ends the
-    // process with an exit status of its own, never mistaken for the
-    // launcher's 0 or 1.
+    // The preloaded watchdog comes ahead of the sanitizer runtime, which is
+    // harmless; a sanitizer report gets an exit status of its own.
     const QString exitCode = QStringLiteral("exitcode=%1").arg(LauncherRun::kSanitizerExitCode);
     appendOptions(environment, QStringLiteral("ASAN_OPTIONS"), QStringLiteral("verify_asan_link_order=0:") + exitCode);
     appendOptions(environment, QStringLiteral("UBSAN_OPTIONS"), exitCode);
@@ -236,7 +202,7 @@ LauncherRun *LauncherHarness::run(const QStringList &arguments, int msecs)
 
 QString LauncherHarness::launcherLog() const
 {
-    return readFile(m_profile.logFile(QStringLiteral("ZanmirLauncher")));
+    return QString::fromUtf8(TestFiles::read(m_profile.logFile(QStringLiteral("ZanmirLauncher"))));
 }
 
 bool LauncherHarness::waitForLog(const QString &text, int msecs) const
@@ -247,43 +213,13 @@ bool LauncherHarness::waitForLog(const QString &text, int msecs) const
 QList<QStringList> LauncherHarness::editorStarts() const
 {
     QList<QStringList> starts;
-    const QList<QJsonValue> lines = readJsonLines(m_profile.root() + QStringLiteral("/sample-editor.log"));
-    for (const QJsonValue &line : lines) {
-        QStringList start;
-        const QJsonArray array = line.toArray();
-        for (const QJsonValue &word : array)
-            start.append(word.toString());
-        starts.append(start);
-    }
+    const QList<QJsonDocument> lines = readJsonLines(m_profile.root() + QStringLiteral("/sample-editor.log"));
+    for (const QJsonDocument &line : lines)
+        starts.append(line.toVariant().toStringList());
     return starts;
 }
 
 bool LauncherHarness::waitForEditorStarts(int count, int msecs) const
 {
     return QTest::qWaitFor([&]() { return editorStarts().size() >= count; }, msecs);
-}
-
-QString LauncherHarness::launcherBinary()
-{
-    return QStringLiteral(ZANMIR_LAUNCHER_BINARY);
-}
-
-QString LauncherHarness::sampleEditorBinary()
-{
-    return QStringLiteral(ZANMIR_SAMPLE_EDITOR_BINARY);
-}
-
-QString LauncherHarness::makeSampleProjectBinary()
-{
-    return QStringLiteral(ZANMIR_MAKE_SAMPLE_PROJECT_BINARY);
-}
-
-QString LauncherHarness::registerScript()
-{
-    return QStringLiteral(ZANMIR_REGISTER_SCRIPT);
-}
-
-QString LauncherHarness::watchdogLibrary()
-{
-    return QStringLiteral(ZANMIR_DIALOG_WATCHDOG_LIBRARY);
 }

@@ -37,7 +37,7 @@ public:
     // False when the process did not end in time; it is then killed, so a
     // hung launcher fails the test instead of hanging it.
     bool waitForFinished(int msecs);
-    bool isRunning() const;
+    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
     // Ends a process that is meant to keep running, such as a window holding
     // the lock: terminate, then kill.
     void stop();
@@ -57,6 +57,7 @@ public:
 private:
     friend class LauncherHarness;
     LauncherRun(QObject *parent, const QString &dialogLog);
+    void kill();
 
     QProcess m_process;
     QString m_dialogLog;
@@ -82,15 +83,15 @@ public:
     bool isValid() const { return m_profile.isValid(); }
     const TestProfile &profile() const { return m_profile; }
     // The launchers' working directory.
-    QString projectsFolder() const;
-    QString projectPath(const QString &name) const;
+    QString projectsFolder() const { return m_profile.root() + QStringLiteral("/projects"); }
+    QString projectPath(const QString &name) const { return projectsFolder() + QLatin1Char('/') + name; }
 
     // Default: a loopback port on which nothing listens.
     void setServerBase(const QString &url) { m_serverBase = url; }
     QString serverBase() const { return m_serverBase; }
     // Extra or changed variables for the launchers started from now on; an
     // empty value removes the variable.
-    void setEnvironmentValue(const QString &name, const QString &value);
+    void setEnvironmentValue(const QString &name, const QString &value) { m_environment.insert(name, value); }
     QProcessEnvironment environment() const;
 
     // Registers editor versions ("2.1.0.5", "2.2.0.1:inhouse") and the
@@ -113,11 +114,11 @@ public:
     // Editors are started detached and may log after the launcher has ended.
     bool waitForEditorStarts(int count, int msecs = 10000) const;
 
-    static QString launcherBinary();
-    static QString sampleEditorBinary();
-    static QString makeSampleProjectBinary();
-    static QString registerScript();
-    static QString watchdogLibrary();
+    static QString launcherBinary() { return QStringLiteral(ZANMIR_LAUNCHER_BINARY); }
+    static QString sampleEditorBinary() { return QStringLiteral(ZANMIR_SAMPLE_EDITOR_BINARY); }
+    static QString makeSampleProjectBinary() { return QStringLiteral(ZANMIR_MAKE_SAMPLE_PROJECT_BINARY); }
+    static QString registerScript() { return QStringLiteral(ZANMIR_REGISTER_SCRIPT); }
+    static QString watchdogLibrary() { return QStringLiteral(ZANMIR_DIALOG_WATCHDOG_LIBRARY); }
 
 private:
     TestProfile m_profile;

@@ -73,7 +73,9 @@ private:
             button = box->buttons().constFirst();
 
         QJsonObject record;
-        record.insert(QStringLiteral("icon"), iconName(box->icon()));
+        const QMetaEnum icons = meta.enumerator(meta.indexOfEnumerator("Icon"));
+        const QString icon = QString::fromLatin1(icons.valueToKey(box->icon())).toLower();
+        record.insert(QStringLiteral("icon"), box->icon() == QMessageBox::NoIcon ? QStringLiteral("none") : icon);
         record.insert(QStringLiteral("title"), box->windowTitle());
         record.insert(QStringLiteral("text"), box->text());
         record.insert(QStringLiteral("button"),
@@ -94,23 +96,6 @@ private:
         append(record);
         m_lastClosed = dialog;
         dialog->reject();
-    }
-
-    static QString iconName(QMessageBox::Icon icon)
-    {
-        switch (icon) {
-        case QMessageBox::Information:
-            return QStringLiteral("information");
-        case QMessageBox::Warning:
-            return QStringLiteral("warning");
-        case QMessageBox::Critical:
-            return QStringLiteral("critical");
-        case QMessageBox::Question:
-            return QStringLiteral("question");
-        case QMessageBox::NoIcon:
-            break;
-        }
-        return QStringLiteral("none");
     }
 
     void append(const QJsonObject &record) const
