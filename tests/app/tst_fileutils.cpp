@@ -1,12 +1,11 @@
 #include "binaryfilewriter.h"
 #include "jsonfilereader.h"
 #include "logwriter.h"
+#include "testfiles.h"
 #include "textfilereader.h"
 #include "textfilewriter.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -20,181 +19,85 @@ private:
 
     QString path(const QString &name) const { return m_dir.filePath(name); }
 
-    static void writeBytes(const QString &file, const QByteArray &bytes)
-    {
-        QFile out(file);
-        QVERIFY(out.open(QIODevice::WriteOnly));
-        out.write(bytes);
-    }
-
-    static QByteArray readBytes(const QString &file)
-    {
-        QFile in(file);
-        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
-    }
-
 private slots:
     void readerFailures()
     {
-        const QString missing = path(QStringLiteral("missing.txt"));
-        TextFileReader missingReader(missing);
-        QVERIFY(!missingReader.read());
-        QCOMPARE(missingReader.getErrorText(), QStringLiteral("File does not exist: %1").arg(missing));
-
-        const QString empty = path(QStringLiteral("empty.txt"));
-        writeBytes(empty, QByteArray());
-        TextFileReader emptyReader(empty);
-        QVERIFY(!emptyReader.read());
-        QCOMPARE(emptyReader.getErrorText(), QStringLiteral("Blank contents in file: %1").arg(empty));
-
-        // White space is contents, not blank.
-        const QString blanks = path(QStringLiteral("blanks.txt"));
-        writeBytes(blanks, "  \n");
-        TextFileReader blankReader(blanks);
-        QVERIFY(blankReader.read());
-        QCOMPARE(blankReader.getContents(), QStringLiteral("  \n"));
-
-        // A folder exists but cannot be opened as a text file, even by root.
-        const QString folder = path(QStringLiteral("a-folder"));
-        QVERIFY(QDir().mkpath(folder));
-        TextFileReader folderReader(folder);
-        QVERIFY(!folderReader.read());
-        QCOMPARE(folderReader.getErrorText(), QStringLiteral("Failed to read from file: %1").arg(folder));
-    }
-
-    void jsonParsing_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<bool>("valid");
-        QTest::newRow("object") << QByteArray("{\"a\": 1}") << true;
-        QTest::newRow("trailing comma") << QByteArray("{\"a\": 1,}") << false;
-        QTest::newRow("not json") << QByteArray("hello") << false;
-        QTest::newRow("truncated") << QByteArray("{\"a\": [1, 2") << false;
-    }
-
-    void jsonParsing()
-    {
-        QFETCH(QByteArray, bytes);
-        QFETCH(bool, valid);
-        const QString file = path(QStringLiteral("doc.json"));
-        writeBytes(file, bytes);
-        JsonFileReader reader(file);
-        QCOMPARE(reader.parse(), valid);
-        if (valid) {
-            QCOMPARE(reader.getDocument().object().value(QStringLiteral("a")).toInt(), 1);
-        } else {
-            QVERIFY(reader.getDocument().isNull());
-            const QRegularExpression pattern(QStringLiteral("^Failed to parse JSON document: code\\[(\\d+)\\] message\\[(.+)\\]$"));
-            const QRegularExpressionMatch match = pattern.match(reader.getErrorText());
-            QVERIFY2(match.hasMatch(), qPrintable(reader.getErrorText()));
-            QVERIFY(match.captured(1).toInt() > 0);
+        const QStringList files { path("missing.txt"), path("empty.txt"), path("a-folder") };
+        QVERIFY(TestFiles::write(files.at(1), QByteArray()));
+        QVERIFY(QDir().mkpath(files.at(2))); // exists, but no user can read it as a file
+        const QStringList texts { "File does not exist: ", "Blank contents in file: ", "Failed to read from file: " };
+        for (int i = 0; i < files.size(); ++i) {
+            TextFileReader reader(files.at(i));
+            QVERIFY(!reader.read());
+            QCOMPARE(reader.getErrorText(), texts.at(i) + files.at(i));
         }
     }
 
-    void jsonWithByteOrderMark()
+    void jsonErrorText()
     {
-        // A state file saved by an editor that writes a UTF-8 byte-order mark
-        // still loads: neither the UTF-8 text codec nor the JSON parser keeps it.
-        const QString file = path(QStringLiteral("bom.json"));
-        writeBytes(file, QByteArray("\xEF\xBB\xBF{\"a\": 1}"));
-        JsonFileReader reader(file);
-        QVERIFY2(reader.parse(), qPrintable(reader.getErrorText()));
-        QCOMPARE(reader.getDocument().object().value(QStringLiteral("a")).toInt(), 1);
+        QVERIFY(TestFiles::write(path("doc.json"), "{\"a\": 1,}"));
+        JsonFileReader reader(path("doc.json"));
+        QVERIFY(!reader.parse());
+        QVERIFY(reader.getDocument().isNull());
+        const QRegularExpression text("^Failed to parse JSON document: code\\[([1-9]\\d*)\\] message\\[.+\\]$");
+        QVERIFY2(text.match(reader.getErrorText()).hasMatch(), qPrintable(reader.getErrorText()));
     }
 
-    void writerOverwritesAndReplaces()
+    void textWriter()
     {
-        const QString file = path(QStringLiteral("state.json"));
+        const QString file = path("state.json");
         TextFileWriter writer(file);
-        QVERIFY(writer.writeNew(QStringLiteral("a much longer first text\n")));
-        QVERIFY(writer.writeNew(QStringLiteral("short")));
-        QCOMPARE(readBytes(file), QByteArray("short"));
+        QVERIFY(writer.writeNew("a much longer first text\n"));
+        QVERIFY(writer.writeNew("short"));
+        QCOMPARE(TestFiles::read(file), QByteArray("short"));
+        TextFileWriter fresh(path("fresh.json"));
+        QVERIFY(fresh.replace("new"));
+        QCOMPARE(TestFiles::read(path("fresh.json")), QByteArray("new"));
 
-        const QString fresh = path(QStringLiteral("fresh.json"));
-        TextFileWriter freshWriter(fresh);
-        QVERIFY(freshWriter.replace(QStringLiteral("new")));
-        QCOMPARE(readBytes(fresh), QByteArray("new"));
-        QVERIFY(freshWriter.replace(QStringLiteral("newer")));
-        QCOMPARE(readBytes(fresh), QByteArray("newer"));
-
-        TextFileWriter unnamed;
-        QVERIFY(!unnamed.writeNew(QStringLiteral("x")));
-        QVERIFY(!unnamed.append(QStringLiteral("x")));
-        QVERIFY(unnamed.getErrorText().isEmpty());
-        unnamed.setFileName(path(QStringLiteral("named.txt")));
-        QVERIFY(unnamed.writeNew(QStringLiteral("x")));
-    }
-
-    void replaceThatCannotRemoveLeavesTextsAlone()
-    {
-        // Something that exists and cannot be removed as a file (here a
-        // non-empty folder, which stops root as well as a user): replace
-        // fails and keeps the error text of the previous failure.
-        const QString blocked = path(QStringLiteral("blocked"));
-        QVERIFY(QDir().mkpath(blocked + QStringLiteral("/inside")));
-
-        TextFileWriter writer(path(QStringLiteral("no/such/folder/x")));
-        QVERIFY(!writer.writeNew(QStringLiteral("x")));
-        const QString previous = writer.getErrorText();
-        QVERIFY(!previous.isEmpty());
-
-        writer.setFileName(blocked);
-        QVERIFY(!writer.replace(QStringLiteral("new")));
-        QCOMPARE(writer.getErrorText(), previous);
-        QVERIFY(QFileInfo(blocked).isDir());
-    }
-
-    void writeNewIntoMissingFolderFails()
-    {
-        const QString file = path(QStringLiteral("no/such/folder/state.json"));
-        TextFileWriter writer(file);
-        QVERIFY(!writer.writeNew(QStringLiteral("x")));
-        QCOMPARE(writer.getErrorText(), QStringLiteral("Failed to open new file: %1").arg(file));
+        // A replace that cannot remove (a non-empty folder stops root too)
+        // fails and leaves the error text of the previous failure.
+        const QString nowhere = path("no/such/folder/x");
+        TextFileWriter blocked(nowhere);
+        QVERIFY(!blocked.writeNew("x"));
+        QCOMPARE(blocked.getErrorText(), "Failed to open new file: " + nowhere);
+        QVERIFY(QDir().mkpath(path("blocked/inside")));
+        blocked.setFileName(path("blocked"));
+        QVERIFY(!blocked.replace("new"));
+        QCOMPARE(blocked.getErrorText(), "Failed to open new file: " + nowhere);
     }
 
     void logLinesAppendOnceFolderExists()
     {
-        const QString folder = path(QStringLiteral("logs"));
+        const QString folder = path("logs");
         LogWriter log;
-        log.setLogFile(folder, QStringLiteral("ZanmirLauncher"));
-        log.writeLine(QStringLiteral("lost"));
-        QVERIFY(!QFile::exists(folder + QStringLiteral("/ZanmirLauncher.log")));
-
+        log.setLogFile(folder, "ZanmirLauncher");
+        log.writeLine("lost");
         QVERIFY(QDir().mkpath(folder));
-        log.writeLine(QStringLiteral("first"));
-        log.writeLine(QStringLiteral("second"));
-        const QList<QByteArray> lines = readBytes(folder + QStringLiteral("/ZanmirLauncher.log")).split('\n');
-        QCOMPARE(lines.size(), 3);
-        QVERIFY(lines.at(2).isEmpty());
-        const QRegularExpression pattern(QStringLiteral("^\\d{4}/\\d{2}/\\d{2} \\d{2}:\\d{2}:\\d{2} (first|second)$"));
-        QVERIFY(pattern.match(QString::fromUtf8(lines.at(0))).hasMatch());
-        QVERIFY(lines.at(0).endsWith(" first"));
-        QVERIFY(lines.at(1).endsWith(" second"));
+        log.writeLine("first");
+        log.writeLine("second");
+        const QString lines = QString::fromUtf8(TestFiles::read(folder + "/ZanmirLauncher.log"));
+        const QRegularExpression format("^\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d first\\n"
+                                        "\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d second\\n$");
+        QVERIFY2(format.match(lines).hasMatch(), qPrintable(lines));
     }
 
     void binaryWriter()
     {
-        BinaryFileWriter blank{QString()};
+        BinaryFileWriter blank { QString() };
         QVERIFY(!blank.writeNew("x"));
-        QCOMPARE(blank.getErrorText(), QStringLiteral("File name is blank."));
+        QCOMPARE(blank.getErrorText(), QString("File name is blank."));
 
-        const QString file = path(QStringLiteral("installer.bin"));
+        const QString file = path("installer.bin");
         BinaryFileWriter writer(file);
         QVERIFY(writer.removeFile());
         QVERIFY(writer.getInfoText().isEmpty());
         QVERIFY(writer.getErrorText().isEmpty());
-
         const QByteArray bytes("\x00\x01\r\n\xff", 5);
         QVERIFY(writer.writeNew(bytes));
-        QCOMPARE(readBytes(file), bytes);
-        QVERIFY(writer.replace(QByteArray("z")));
-        QCOMPARE(writer.getInfoText(), QStringLiteral("File is removed: %1").arg(file));
-        QCOMPARE(readBytes(file), QByteArray("z"));
-
-        const QString missingFolder = path(QStringLiteral("none/installer.bin"));
-        BinaryFileWriter nowhere(missingFolder);
-        QVERIFY(!nowhere.writeNew("x"));
-        QCOMPARE(nowhere.getErrorText(), QStringLiteral("Failed to open new file: %1").arg(missingFolder));
+        QCOMPARE(TestFiles::read(file), bytes);
+        QVERIFY(writer.replace("z"));
+        QCOMPARE(writer.getInfoText(), "File is removed: " + file);
+        QCOMPARE(TestFiles::read(file), QByteArray("z"));
     }
 };
 

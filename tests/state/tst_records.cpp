@@ -5,15 +5,19 @@
 #include <QJsonDocument>
 #include <QtTest>
 
-static EditorInfo editor(const QString &version, const QString &edition = QStringLiteral("release"),
-                         const QString &type = QStringLiteral("editor"))
+static EditorInfo editor(const QString &version, const QString &edition = "release", const QString &type = "editor")
 {
     return EditorInfo(type, edition, version);
 }
 
-static QJsonObject json(const char *text)
+static void row(const char *name, const char *type, const char *left, const char *right, int expected)
 {
-    return QJsonDocument::fromJson(QByteArray(text)).object();
+    QTest::newRow(name) << QString(type) << QString(left) << QString(right) << expected;
+}
+
+static QJsonObject json(const QByteArray &text)
+{
+    return QJsonDocument::fromJson(text).object();
 }
 
 class TestRecords : public QObject
@@ -27,25 +31,19 @@ private slots:
         QTest::addColumn<QString>("left");
         QTest::addColumn<QString>("right");
         QTest::addColumn<int>("expected");
-
-        const QString e = QStringLiteral("editor");
-        const QString l = QStringLiteral("launcher");
-        QTest::newRow("trailing zero counts") << e << "2.1" << "2.1.0" << -1;
-        QTest::newRow("four parts above three") << e << "2.1.0.0" << "2.1.0" << 1;
-        QTest::newRow("numeric, not text") << e << "2.10.0" << "2.9.0" << 1;
-        QTest::newRow("equal") << e << "2.1.0.5" << "2.1.0.5" << 0;
-        QTest::newRow("0.5.12 above 0.5.1.1") << e << "0.5.12" << "0.5.1.1" << 1;
-        QTest::newRow("0.5.12 equals 0.5.1.2") << e << "0.5.12" << "0.5.1.2" << 0;
-        QTest::newRow("0.5.7 is 0.5.0.7") << e << "0.5.7" << "0.5.0.7" << 0;
-        QTest::newRow("0.1.00 is 0.1.0.0") << e << "0.1.00" << "0.1.0.0" << 0;
-        QTest::newRow("0.6.7 stays three numbers") << e << "0.6.7" << "0.6.7.0" << -1;
-        QTest::newRow("1.5.12 stays, a is not 0") << e << "1.5.12" << "1.5.1.2" << 1;
-        QTest::newRow("launcher 0.3.4 is 0.3.4.0") << l << "0.3.4" << "0.3.4.0" << 0;
-        QTest::newRow("launcher 0.4.4 stays") << l << "0.4.4" << "0.4.4.0" << -1;
-        QTest::newRow("bad part ends the list") << e << "1.2.x.4" << "1.2" << 0;
-        QTest::newRow("empty part ends the list") << e << "1..3" << "1" << 0;
-        QTest::newRow("empty text is least") << e << "" << "0" << -1;
-        QTest::newRow("unsigned numbers") << e << "4294967295" << "1" << 1;
+        row("trailing zero counts", "editor", "2.1", "2.1.0", -1);
+        row("four parts above three", "editor", "2.1.0.0", "2.1.0", 1);
+        row("numeric, not text", "editor", "2.10.0", "2.9.0", 1);
+        row("editor 0.5.12 is 0.5.1.2", "editor", "0.5.12", "0.5.1.2", 0);
+        row("editor 0.3.4 is 0.3.0.4", "editor", "0.3.4", "0.3.0.4", 0);
+        row("editor 0.6.7 stays", "editor", "0.6.7", "0.6.7.0", -1);
+        row("editor 1.5.12 stays", "editor", "1.5.12", "1.5.1.2", 1);
+        row("launcher 0.3.4 is 0.3.4.0", "launcher", "0.3.4", "0.3.4.0", 0);
+        row("launcher 0.4.4 stays", "launcher", "0.4.4", "0.4.4.0", -1);
+        row("no type, 0.5.12 stays", "", "0.5.12", "0.5.1.2", 1);
+        row("bad part ends the list", "editor", "1.2.x.4", "1.2", 0);
+        row("empty text is least", "editor", "", "0", -1);
+        row("unsigned numbers", "editor", "4294967295", "1", 1);
     }
 
     void compareVersion()
@@ -54,200 +52,103 @@ private slots:
         QFETCH(QString, left);
         QFETCH(QString, right);
         QFETCH(int, expected);
-
-        const EditorInfo a(type, QStringLiteral("release"), left);
-        const EditorInfo b(type, QStringLiteral("release"), right);
-        bool ok = false;
-        QCOMPARE(a.compareVersion(b, &ok), expected);
-        QVERIFY(ok);
-        QCOMPARE(b.compareVersion(a), -expected);
-    }
-
-    void normalisationKeepsTheText()
-    {
-        const EditorInfo twelve = editor(QStringLiteral("0.5.12"));
-        const EditorInfo split = editor(QStringLiteral("0.5.1.2"));
-        QCOMPARE(twelve.getVersionNumbers(), (QList<quint32>{0, 5, 1, 2}));
-        QCOMPARE(twelve.getVersion(), QStringLiteral("0.5.12"));
-        QCOMPARE(twelve.compareVersion(split), 0);
-        QVERIFY(!twelve.isSameVersion(split));
-
-        // The same text means different numbers for the two types, and no
-        // normalisation at all for any other type.
-        QCOMPARE(editor(QStringLiteral("0.3.4")).getVersionNumbers(), (QList<quint32>{0, 3, 0, 4}));
-        QCOMPARE(editor(QStringLiteral("0.3.4"), QStringLiteral("release"), QStringLiteral("launcher")).getVersionNumbers(),
-                 (QList<quint32>{0, 3, 4, 0}));
-        QCOMPARE(editor(QStringLiteral("0.5.12"), QStringLiteral("release"), QString()).getVersionNumbers(),
-                 (QList<quint32>{0, 5, 12}));
-    }
-
-    void majorMinorIsTextOrder()
-    {
-        QCOMPARE(majorMinorCompare(QStringLiteral("2.10.0"), QStringLiteral("2.9.0")), -1);
-        QCOMPARE(majorMinorCompare(QStringLiteral("2.1.0.5"), QStringLiteral("2.1.7")), 0);
-        QCOMPARE(majorMinorCompare(QStringLiteral("2.2"), QStringLiteral("2.1.9")), 1);
-        QCOMPARE(majorMinorCompare(QStringLiteral("3"), QStringLiteral("3")), 0);
-        QCOMPARE(majorMinorCompare(QStringLiteral("3"), QStringLiteral("3.0")), -1);
-        QVERIFY(editor(QStringLiteral("2.9.0")).isNewerSeries(editor(QStringLiteral("2.10.0"))));
-        QVERIFY(!editor(QStringLiteral("2.10.0")).isNewerSeries(editor(QStringLiteral("2.9.0"))));
+        const EditorInfo a = editor(left, "release", type);
+        QCOMPARE(a.compareVersion(editor(right, "release", type)), expected);
+        QCOMPARE(editor(right, "release", type).compareVersion(a), -expected);
+        QCOMPARE(a.getVersion(), left); // the text is never normalised
     }
 
     void identityRules()
     {
-        const EditorInfo release = editor(QStringLiteral("2.1.0.0"));
-        const EditorInfo beta = editor(QStringLiteral("2.1.0.0"), QStringLiteral("beta"));
+        const EditorInfo release = editor("2.1.0.0");
+        const EditorInfo beta = editor("2.1.0.0", "beta");
+        const EditorInfo empty;
+        QVERIFY(!editor("0.5.12").isSameVersion(editor("0.5.1.2")));
         QVERIFY(!release.isSameVersion(beta));
         QVERIFY(release.isSameVersionOtherEdition(beta));
         QVERIFY(!release.isSameVersionOtherEdition(release));
-        QVERIFY(release.isSameVersion(EditorInfo(QStringLiteral("editor"), QStringLiteral("Some name"),
-                                                 QStringLiteral("release"), QStringLiteral("2.1.0.0"),
-                                                 QStringLiteral("/a"), QStringLiteral("/b"))));
-        QVERIFY(!release.isSameApplication(editor(QStringLiteral("2.1.0.0"), QStringLiteral("release"),
-                                                  QStringLiteral("launcher"))));
 
-        const EditorInfo empty;
-        QVERIFY(empty.isEmpty());
-        QVERIFY(EditorInfo(QString(), QString(), QString(), QString(), QStringLiteral("/p"), QStringLiteral("/u")).isEmpty());
         QVERIFY(empty.isNewerThan(empty));
-        QVERIFY(beta.isNewerThan(empty));
-        QVERIFY(!beta.isNewerThan(release));
-        QVERIFY(editor(QStringLiteral("2.1.0.1")).isNewerThan(release));
+        QVERIFY(!editor("3.0", "beta").isNewerThan(release));
+        QVERIFY(editor("2.1.0.1").isNewerThan(release));
         QVERIFY(!release.isNewerThan(release));
 
-        QVERIFY(!editor(QStringLiteral("2.1.0.5")).isNewerInSameSeries(empty));
-        QVERIFY(editor(QStringLiteral("2.1.0.5")).isNewerInSameSeries(release));
-        QVERIFY(!editor(QStringLiteral("2.2.0.0")).isNewerInSameSeries(release));
-        QVERIFY(!editor(QStringLiteral("2.1.0.5"), QStringLiteral("beta")).isNewerInSameSeries(release));
+        // Series compare as text.
+        QCOMPARE(majorMinorCompare("2.10.0", "2.9.0"), -1);
+        QCOMPARE(majorMinorCompare("2.1.0.5", "2.1.7"), 0);
+        QVERIFY(editor("2.9.0").isNewerSeries(editor("2.10.0")));
+        QVERIFY(!editor("2.1.0.5").isNewerInSameSeries(empty));
     }
 
-    void publicVersionAndDisplay()
+    void publicVersionAndTexts()
     {
-        QVERIFY(editor(QStringLiteral("1.0")).isPublicVersion());
-        QVERIFY(!editor(QStringLiteral("1.0"), QStringLiteral("inhouse")).isPublicVersion());
-        QVERIFY(editor(QStringLiteral("1.0"), QStringLiteral("inhouse"), QStringLiteral("launcher")).isPublicVersion());
+        QVERIFY(editor("1.0").isPublicVersion());
+        QVERIFY(!editor("1.0", "inhouse").isPublicVersion());
+        QVERIFY(editor("1.0", "inhouse", "launcher").isPublicVersion());
         QVERIFY(!EditorInfo().isPublicVersion());
-
-        QCOMPARE(editor(QStringLiteral("2.1.0.5"), QStringLiteral("inhouse")).getDisplayVersion(), QStringLiteral("2.1.0.5d"));
-        QCOMPARE(editor(QStringLiteral("2.1.0.5"), QStringLiteral("beta")).getDisplayVersion(), QStringLiteral("2.1.0.5"));
-        QCOMPARE(editor(QStringLiteral("2.1.0.5")).getDisplayVersion(), QStringLiteral("2.1.0.5"));
+        QCOMPARE(editor("2.1.0.5", "inhouse").getDisplayVersion(), QString("2.1.0.5d"));
+        QCOMPARE(editor("2.1.0.5", "beta").getDisplayVersion(), QString("2.1.0.5"));
+        QVERIFY(QDateTime::fromString(currentTimestamp(), "yyyy/MM/dd hh:mm:ss").isValid());
     }
 
-    void copiesTakeFieldsNotParent()
+    void jsonForms()
     {
         QObject owner;
-        EditorInfo original(QStringLiteral("editor"), QStringLiteral("Name"), QStringLiteral("release"),
-                            QStringLiteral("0.5.12"), QStringLiteral("/bin/editor"), QStringLiteral("/bin/uninstall"),
-                            &owner);
-        const EditorInfo copy(original);
+        const EditorInfo full("editor", "N", "release", "2.1.0.5", "/e", "/u", &owner);
+        const QJsonObject fullJson = json(R"({"appl_type": "editor", "applname": "N", "edition": "release",
+                                              "path": "/e", "uninstaller_path": "/u", "version": "2.1.0.5"})");
+        QCOMPARE(full.toJson(false), fullJson);
+        QCOMPARE(full.toJson(true), json(R"({"appl_type": "editor", "edition": "release", "version": "2.1.0.5"})"));
+        bool error = true;
+        QCOMPARE(EditorInfo(false, fullJson, &error).toJson(false), fullJson);
+        QVERIFY(!error);
+        const EditorInfo copy(full);
         QCOMPARE(copy.parent(), nullptr);
-        QCOMPARE(copy.getPath(), QStringLiteral("/bin/editor"));
-        QCOMPARE(copy.getUninstallerPath(), QStringLiteral("/bin/uninstall"));
-        QCOMPARE(copy.getVersionNumbers(), original.getVersionNumbers());
+        QCOMPARE(copy.toJson(false), fullJson);
 
-        EditorInfo target(&owner);
-        target = copy;
-        QCOMPARE(target.parent(), &owner);
-        QVERIFY(target.isSameVersion(original));
-        QVERIFY(target.isValid());
-    }
+        // Only the full form defaults the type, and the short form reads nothing else.
+        const QJsonObject typeless = json(R"({"version": "1.0", "applname": "A", "path": "/x"})");
+        QCOMPARE(EditorInfo(false, typeless, nullptr).getApplType(), QString("editor"));
+        QCOMPARE(EditorInfo(true, typeless, nullptr).toJson(false),
+            json(R"({"appl_type": "", "applname": "", "edition": "", "path": "", "uninstaller_path": "",
+                     "version": "1.0"})"));
 
-    void editorJson()
-    {
-        const EditorInfo full(QStringLiteral("editor"), QStringLiteral("Vorlix Zanmir Editor"), QStringLiteral("release"),
-                              QStringLiteral("2.1.0.5"), QStringLiteral("/opt/e"), QStringLiteral("/opt/u"));
-        const QJsonObject fullJson = full.toJson(false);
-        QCOMPARE(fullJson.keys(), (QStringList{"appl_type", "applname", "edition", "path", "uninstaller_path", "version"}));
-        QCOMPARE(full.toJson(true).keys(), (QStringList{"appl_type", "edition", "version"}));
-
-        bool error = true;
-        const EditorInfo back(false, fullJson, &error);
-        QVERIFY(!error);
-        QCOMPARE(back.toJson(false), fullJson);
-
-        // The full form defaults the type to "editor"; the short form does not.
-        error = true;
-        const EditorInfo typeless(false, json(R"({"appl_type": "", "version": "1.0"})"), &error);
-        QVERIFY(!error);
-        QCOMPARE(typeless.getApplType(), QStringLiteral("editor"));
-        const EditorInfo shortTypeless(true, json(R"({"version": "1.0", "applname": "ignored", "path": "/x"})"), &error);
-        QVERIFY(shortTypeless.getApplType().isEmpty());
-        QVERIFY(shortTypeless.getApplName().isEmpty());
-        QVERIFY(shortTypeless.getPath().isEmpty());
-
-        // Wrong JSON types read as defaults, and the reader never fails.
-        error = true;
-        const EditorInfo wrongTypes(false, json(R"({"appl_type": 3, "edition": true, "version": [1]})"), &error);
-        QVERIFY(!error);
-        QCOMPARE(wrongTypes.getApplType(), QStringLiteral("editor"));
-        QVERIFY(wrongTypes.getEdition().isEmpty());
-        QVERIFY(wrongTypes.getVersion().isEmpty());
-    }
-
-    void launcherJson()
-    {
-        bool error = true;
+        // A launcher's type and edition are fixed, whatever the file says.
         const LauncherInfo launcher(json(R"({"appl_type": "editor", "edition": "inhouse", "applname": "L",
-                                            "version": "0.3.4", "path": "/l", "uninstaller_path": "/u"})"),
-                                    &error);
+                                             "version": "0.3.4", "path": "/l", "uninstaller_path": "/u"})"),
+            &error);
         QVERIFY(!error);
-        QCOMPARE(launcher.getApplType(), QStringLiteral("launcher"));
-        QCOMPARE(launcher.getEdition(), QStringLiteral("release"));
-        QCOMPARE(launcher.getVersionNumbers(), (QList<quint32>{0, 3, 4, 0}));
-        QCOMPARE(launcher.toJson().keys(), (QStringList{"applname", "path", "uninstaller_path", "version"}));
-
-        const LauncherInfo empty{QJsonObject(), &error};
-        QVERIFY(!error);
-        QVERIFY(!empty.isEmpty()); // type and edition are fixed
-        QCOMPARE(empty.toJson().value(QStringLiteral("version")).toString(), QString());
+        QVERIFY(launcher.isSameVersion(EditorInfo("launcher", "release", "0.3.4")));
+        QCOMPARE(launcher.compareVersion(LauncherInfo(QString(), "0.3.4.0", QString(), QString())), 0);
+        QCOMPARE(launcher.toJson(),
+            json(R"({"applname": "L", "path": "/l", "uninstaller_path": "/u", "version": "0.3.4"})"));
     }
 
     void historyJson_data()
     {
-        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("missing");
         QTest::addColumn<bool>("error");
-        const QByteArray complete = R"({"serial_no": 4, "appl_type": "editor", "applname": "N", "edition": "release",
-                                       "timestamp": "2026/11/21 10:00:00", "openfilepath": "/p/a.zmr", "version": "2.1.0.5"})";
-        QTest::newRow("complete") << complete << false;
-        QTest::newRow("no applname is fine") << QByteArray(complete).replace("\"applname\": \"N\",", "") << false;
-        QTest::newRow("no timestamp") << QByteArray(complete).replace("\"timestamp\": \"2026/11/21 10:00:00\",", "") << true;
-        QTest::newRow("empty path") << QByteArray(complete).replace("/p/a.zmr", "") << true;
-        QTest::newRow("no edition") << QByteArray(complete).replace("\"edition\": \"release\",", "") << true;
-        QTest::newRow("empty object") << QByteArray("{}") << true;
+        QTest::newRow("complete") << QString() << false;
+        QTest::newRow("no applname is fine") << QString("applname") << false;
+        QTest::newRow("no timestamp") << QString("timestamp") << true;
+        QTest::newRow("no edition") << QString("edition") << true;
     }
 
     void historyJson()
     {
-        QFETCH(QByteArray, text);
+        QFETCH(QString, missing);
         QFETCH(bool, error);
+        QJsonObject object = json(R"({"serial_no": 4, "appl_type": "editor", "applname": "N", "edition": "release",
+                                      "timestamp": "2026/11/21 10:00:00", "openfilepath": "/p/a.zmr", "version": "2.1"})");
+        object.remove(missing);
         bool reported = !error;
-        const HistoryInfo history(QJsonDocument::fromJson(text).object(), &reported);
+        const HistoryInfo history(object, &reported);
         QCOMPARE(reported, error);
-        if (text.contains("serial_no"))
-            QCOMPARE(history.getSerialNo(), 4);
-        if (text.contains("/p/a.zmr"))
-            QCOMPARE(history.getOpenFilePath(), QStringLiteral("/p/a.zmr"));
-    }
-
-    void historyRoundTrip()
-    {
-        HistoryInfo history(QStringLiteral("editor"), QStringLiteral("release"), QStringLiteral("2.1.0.5"),
-                            QStringLiteral("C:/projects/a.zmr"));
-        QCOMPARE(history.getSerialNo(), 0);
-        history.setSerialNo(7);
-        history.setTimestamp(currentTimestamp());
-        const QJsonObject out = history.toJson();
-        QCOMPARE(out.keys(), (QStringList{"appl_type", "applname", "edition", "openfilepath", "serial_no", "timestamp", "version"}));
-        QVERIFY(out.value(QStringLiteral("serial_no")).isDouble());
-
-        bool error = true;
-        const HistoryInfo back(out, &error);
-        QVERIFY(!error);
-        QCOMPARE(back.toJson(), out);
-        QVERIFY(QDateTime::fromString(back.getTimestamp(), QStringLiteral("yyyy/MM/dd hh:mm:ss")).isValid());
-
-        HistoryInfo copy(back);
-        QCOMPARE(copy.getSerialNo(), 7);
-        QCOMPARE(copy.getOpenFilePath(), QStringLiteral("C:/projects/a.zmr"));
+        if (!error) {
+            // Written back whole, a missing name as an empty one.
+            object.insert("applname", object.value("applname").toString());
+            QCOMPARE(HistoryInfo(history).toJson(), object);
+        }
     }
 };
 
