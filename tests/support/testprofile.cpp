@@ -59,6 +59,7 @@ QString TestProfile::managerFile() const
 
 QString TestProfile::catalogueFile() const
 {
+    QDir().mkpath(dataHome() + QStringLiteral("/Vorlix"));
     return dataHome() + QStringLiteral("/Vorlix/ZanmirApplications.json");
 }
 
@@ -87,15 +88,21 @@ void TestProfile::unregisterApplication(const QString &subkey) const
 void TestProfile::registerVersion(const QString &subkey, const QString &applType, const QString &edition,
                                   const QString &version) const
 {
+    registerApplication(subkey, versionValues(subkey, applType, edition, version));
+}
+
+QHash<QString, QString> TestProfile::versionValues(const QString &subkey, const QString &applType,
+                                                   const QString &edition, const QString &version)
+{
     const QString product = applType == QLatin1String("launcher") ? QStringLiteral("Vorlix Zanmir Launcher")
                                                                   : QStringLiteral("Vorlix Zanmir Editor");
-    registerApplication(subkey, {{QStringLiteral("DisplayName"), QStringLiteral("%1 %2").arg(product, version)},
-                                 {QStringLiteral("AppType"), applType},
-                                 {QStringLiteral("AppName"), product},
-                                 {QStringLiteral("AppEdition"), edition},
-                                 {QStringLiteral("AppVersion"), version},
-                                 {QStringLiteral("EditorPath"), executablePath(subkey)},
-                                 {QStringLiteral("UninstallString"), uninstallerPath(subkey)}});
+    return {{QStringLiteral("DisplayName"), QStringLiteral("%1 %2").arg(product, version)},
+            {QStringLiteral("AppType"), applType},
+            {QStringLiteral("AppName"), product},
+            {QStringLiteral("AppEdition"), edition},
+            {QStringLiteral("AppVersion"), version},
+            {QStringLiteral("EditorPath"), executablePath(subkey)},
+            {QStringLiteral("UninstallString"), uninstallerPath(subkey)}};
 }
 
 QString TestProfile::executablePath(const QString &subkey)

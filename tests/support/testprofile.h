@@ -25,7 +25,7 @@ public:
     // G + "/Vorlix/ZanmirLauncher", made on request.
     QString launcherFolder(bool create = true) const;
     QString managerFile() const;
-    // G + "/Vorlix/ZanmirApplications.json".
+    // G + "/Vorlix/ZanmirApplications.json", its folder made.
     QString catalogueFile() const;
     QString logFile(const QString &executableName) const;
 
@@ -36,6 +36,9 @@ public:
     // installer would, with paths made from the subkey.
     void registerVersion(
         const QString &subkey, const QString &applType, const QString &edition, const QString &version) const;
+    // The values such an installer writes.
+    static QHash<QString, QString> versionValues(
+        const QString &subkey, const QString &applType, const QString &edition, const QString &version);
     static QString executablePath(const QString &subkey);
     static QString uninstallerPath(const QString &subkey);
 
