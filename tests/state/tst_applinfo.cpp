@@ -262,12 +262,14 @@ private slots:
             return info.isWebVersionUpToDate(type, WebUpdateInfo(type, remote, "/p.htm"));
         };
         QVERIFY(!upToDate("newsweb", "1.0.0.0")); // a fresh file's stamps are older than any offer
+        QVERIFY(info.setLocale("de_DE")); // written with the next change
         QVERIFY(info.saveWebVersion("newsweb", WebUpdateInfo("newsweb", "1.0.0", "/news/v1.htm")));
         QVERIFY(info.saveWebVersion("howtoweb", WebUpdateInfo("howtoweb", "1.0.0.0", "/help/v1.htm")));
         QVERIFY(!info.saveWebVersion("launcher_info_web", WebUpdateInfo("newsweb", "9.0.0.0", "/x")));
         QCOMPARE(valueAt(TestFiles::readObject(path), "1.0.0/web_versions"),
             parse(R"({"howtoweb": {"type": "howtoweb", "url": "/help/v1.htm", "version": "1.0.0.0"},
                       "newsweb": {"type": "newsweb", "url": "/news/v1.htm", "version": "1.0.0"}})"));
+        QCOMPARE(valueAt(TestFiles::readObject(path), "1.0.0/locale"), QJsonValue("de_DE"));
         QVERIFY(!upToDate("newsweb", "1.0.0.0")); // a shorter stamp is older
         QVERIFY(upToDate("howtoweb", "1.0.0.0"));
         QVERIFY(upToDate("howtoweb", "1.0.0"));
