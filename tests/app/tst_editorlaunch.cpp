@@ -2,6 +2,7 @@
 #include "processlauncher.h"
 #include "systemsettings.h"
 #include "testfiles.h"
+#include "testlog.h"
 #include "testprofile.h"
 
 #include <QDir>
@@ -49,32 +50,21 @@ public:
     TestEditorLaunch(const TestProfile &profile, ProcessLauncher &launcher)
         : m_profile(profile)
         , m_launcher(launcher)
+        , m_log(profile.logFile(QCoreApplication::applicationName()))
     { }
 
 private:
     const TestProfile &m_profile;
     ProcessLauncher &m_launcher;
-    qint64 m_logMark = 0;
+    TestLog m_log;
 
     QString managerFile() const { return m_profile.managerFile(); }
-    QString logFile() const { return m_profile.logFile(QCoreApplication::applicationName()); }
-    void markLog() { m_logMark = QFileInfo(logFile()).size(); }
-
-    // Log lines written since the last mark, without their date.
-    QStringList newLogLines() const
-    {
-        QStringList lines;
-        for (const QString &line : QString::fromUtf8(TestFiles::read(logFile()).mid(m_logMark)).split('\n'))
-            lines.append(line.mid(20)); // "yyyy/MM/dd hh:mm:ss "
-        lines.removeAll(QString());
-        return lines;
-    }
 
     // The state objects as start-up makes them, then a fresh log mark.
     bool start()
     {
         const bool ok = m_launcher.readApplInfo(false) && m_launcher.readRegistry();
-        markLog();
+        m_log.mark();
         return ok;
     }
 
@@ -96,7 +86,7 @@ private slots:
         QFile::remove(managerFile());
         QFile::remove(m_profile.catalogueFile());
         QFile::remove(SystemSettings::uninstallRecordsFile());
-        markLog();
+        m_log.mark();
     }
 
     void initializeNeedsARegisteredLauncher()
@@ -105,14 +95,14 @@ private slots:
         QTranslator translator;
         QVERIFY(!m_launcher.initialize(translator));
         QCOMPARE(m_launcher.getExitStatus(), 1);
-        QCOMPARE(newLogLines().last(), QString("EditorLaunch::getLauncherVersion: No version info in registry."));
+        QCOMPARE(m_log.newLines().last(), QString("EditorLaunch::getLauncherVersion: No version info in registry."));
 
         // Catalogue order follows the subkeys: the older one comes first and is taken.
         m_profile.registerVersion("L0", "launcher", "release", "1.0.0.0");
         m_profile.registerVersion("L1", "launcher", "release", "2.0.0.0");
-        markLog();
+        m_log.mark();
         m_launcher.initialize(translator); // how far it gets now depends on the later parts
-        const QStringList lines = newLogLines();
+        const QStringList lines = m_log.newLines();
         const int taken = lines.indexOf(
             "EditorLaunch::getLauncherVersion: Current launcher Version 1.0.0.0: " + TestProfile::executablePath("L0"));
         QVERIFY2(taken >= 0, qPrintable(lines.join('\n')));
@@ -135,9 +125,9 @@ private slots:
             (QJsonObject { { "editor", installed.toJson(true) } }));
 
         // A version that is not installed changes nothing.
-        markLog();
+        m_log.mark();
         m_launcher.setCurrentEditorInfo(editor("beta 2.1.0.5"));
-        QCOMPARE(newLogLines(), QStringList { current });
+        QCOMPARE(m_log.newLines(), QStringList { current });
         QVERIFY(m_launcher.getApplInfo()->isSelectedVersion(installed));
     }
 
@@ -226,7 +216,7 @@ private slots:
         QVERIFY(m_launcher.getApplInfo()->isPinnedVersion(editor("2.1.0.5")));
         // The failure's words went to the info text; the error text logged is
         // the one left by the first load of this run.
-        QCOMPARE(newLogLines(),
+        QCOMPARE(m_log.newLines(),
             (QStringList { "ProcessLauncher::addPinnedVersionInfo: Version is pinned on: editor release 2.1.0.5",
                 "ProcessLauncher::addPinnedVersionInfo: Failed to load ApplInfo file: " }));
         QCOMPARE(m_launcher.getApplInfo()->getInfoText(), QString("Failed to update ApplInfo file: "));
@@ -259,7 +249,7 @@ private slots:
         const QList<QByteArray> lines = TestFiles::read(record).split('\n');
         QCOMPARE(lines.size(), 2); // one start, one line end
         QCOMPARE(QJsonDocument::fromJson(lines.first()).array(), (QJsonArray { application, filePath }));
-        QVERIFY(newLogLines().isEmpty());
+        QVERIFY(m_log.newLines().isEmpty());
     }
 
     void openFileByApplicationWithoutApplication()
@@ -267,7 +257,7 @@ private slots:
         // False without a word: nothing is started.
         QVERIFY(!m_launcher.openFileByApplication("/p/scene.zmr", QString()));
         QVERIFY(!m_launcher.openFileByApplication("/p/scene.zmr", m_profile.root() + "/missing editor"));
-        QVERIFY(newLogLines().isEmpty());
+        QVERIFY(m_log.newLines().isEmpty());
     }
 };
 
