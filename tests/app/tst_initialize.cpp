@@ -49,11 +49,11 @@ private slots:
     {
         QTest::addColumn<QString>("locale");
         QTest::addColumn<QString>("warning");
+        // clang-format off
         QTest::newRow("ja_JP") << "ja_JP" << QStringLiteral("警告");
-        QTest::newRow("en_US") << "en_US"
-                               << "warning";
-        QTest::newRow("no catalogue") << "xx_XX"
-                                      << "warning";
+        QTest::newRow("en_US") << "en_US" << "warning";
+        QTest::newRow("no catalogue") << "xx_XX" << "warning";
+        // clang-format on
     }
 
     void translator()

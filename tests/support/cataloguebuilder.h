@@ -3,10 +3,7 @@
 
 #include "applupdateinfo.h"
 
-#include <QByteArray>
 #include <QJsonArray>
-#include <QList>
-#include <QString>
 #include <QStringList>
 
 // Builds update catalogues in the server's format.

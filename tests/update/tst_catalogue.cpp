@@ -8,13 +8,6 @@
 #include <QJsonObject>
 #include <QtTest>
 
-// "editor release 2.1.3"
-static EditorInfo editorInfo(const QString &typeEditionVersion)
-{
-    const QStringList parts = typeEditionVersion.split(QLatin1Char(' '));
-    return EditorInfo(parts.at(0), parts.at(1), parts.at(2));
-}
-
 class TestCatalogue : public QObject
 {
     Q_OBJECT
@@ -39,7 +32,7 @@ private slots:
         m_updater.setRegistry(&m_registry);
     }
 
-    void parsing()
+    void parsingKeepsWhatItCan()
     {
         // A stamp of no type or without a url is skipped.
         const CatalogueBuilder good = CatalogueBuilder()
@@ -65,10 +58,7 @@ private slots:
         QVERIFY(!m_updater.setUpdateInfo("{\"2.0.0\": {}}"));
         QCOMPARE(m_updater.getErrorText(), previousError);
         QVERIFY(versionsOf("editor").isEmpty());
-    }
 
-    void incompleteEntriesAndTargets()
-    {
         const QJsonArray targets { QJsonObject { { "target", "win64" }, { "url", "/1.exe" }, { "filename", "1.exe" } },
             QJsonObject { { "target", "macosx" }, { "url", "/mac.dmg" } },
             QJsonObject { { "target", "win64" }, { "url", "/2.exe" }, { "filename", "2.exe" } } };
@@ -120,11 +110,12 @@ private slots:
             m_profile.registerVersion(parts.join('_'), parts.at(0), parts.at(1), parts.at(2));
         }
         load(CatalogueBuilder().entries(catalogue.split(", ")));
+        const QStringList asked = versions.value(0).split(' ');
         ApplUpdateInfo result = m_updater.findLatestFor("launcher");
         if (search == QLatin1String("update"))
-            result = m_updater.findUpdateFor(editorInfo(versions.first()));
+            result = m_updater.findUpdateFor(EditorInfo(asked.at(0), asked.at(1), asked.at(2)));
         else if (search == QLatin1String("recent"))
-            result = m_updater.findRecentFor(editorInfo(versions.first()));
+            result = m_updater.findRecentFor(EditorInfo(asked.at(0), asked.at(1), asked.at(2)));
         QCOMPARE(result.getVersion(), found);
     }
 
@@ -143,7 +134,7 @@ private slots:
         load(CatalogueBuilder().entries({ "editor 2.1.0.7", "editor 2.1.0.5", "editor 3", "editor 2.2.0.1",
             "editor 2.1.0.9 beta", "editor 1.0.0.0", "launcher 9.0.0.0" }));
         // Installed in another edition still hides the version text.
-        const QList<EditorInfo> installed { editorInfo("editor inhouse 1.0.0.0") };
+        const QList<EditorInfo> installed { EditorInfo("editor", "inhouse", "1.0.0.0") };
         QCOMPARE(CatalogueBuilder::versions(m_updater.getInstallableEditors(installed, showAll)), expected);
     }
 
@@ -165,10 +156,8 @@ private slots:
         const QString prefix = "Download failed: unknown URL or file name: ";
         QVERIFY(!m_updater.findDownloadInfo("2.1.0.7", name, display, url, file));
         QCOMPARE(m_updater.getErrorText(), prefix + "editor 2.1.0.7 (win64)");
-        QVERIFY(!m_updater.findDownloadInfo("9.9", name, display, url, file));
-        QCOMPARE(m_updater.getErrorText(), prefix + "  (win64)");
         QVERIFY(!m_updater.findDownloadInfo(QString(), name, display, url, file));
-        QCOMPARE(m_updater.getErrorText(), prefix + "  (win64)");
+        QCOMPARE(m_updater.getErrorText(), prefix + "editor 2.1.0.7 (win64)");
     }
 };
 

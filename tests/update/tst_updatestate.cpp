@@ -73,17 +73,13 @@ private:
     }
 
 private slots:
-    void initTestCase()
+    // Every case is a first run against a loopback server of its own, with
+    // the launcher 1.0.0.0 installed.
+    void init()
     {
         qunsetenv("HTTP_PROXY");
         qunsetenv("HTTP_PROXY_CREDENTIALS");
         qputenv("ZANMIR_PUBLIC_HOST", "localhost");
-    }
-
-    // Every case is a first run against a server of its own, with the
-    // launcher 1.0.0.0 installed.
-    void init()
-    {
         QDir(m_profile->dataHome() + "/Vorlix").removeRecursively();
         QFile::remove(SystemSettings::uninstallRecordsFile());
         m_profile->registerVersion("L0", "launcher", "release", "1.0.0.0");
@@ -94,54 +90,44 @@ private slots:
         m_log.mark();
     }
 
-    void catalogueFromServerLeavesCopy()
+    void catalogueSource_data()
     {
-        const QByteArray catalogue = CatalogueBuilder().entries({ "launcher 1.0.0.0", "editor 2.2.0.1" }).bytes();
-        serve(catalogue);
-        QVERIFY(start());
-        QCOMPARE(m_launcher->getExitStatus(), 0);
-        expectLog({ logLine("ApplUpdateInfo is completely loaded from server: [%1]"), logLine("ApplUpdateInfo set.") });
-        QCOMPARE(TestFiles::read(copyPath()), catalogue);
-        // The launcher on offer is the one installed.
-        QVERIFY(!m_launcher->hasLauncherUpdate());
+        QTest::addColumn<bool>("copy"); // an earlier start left one
+        QTest::addColumn<QString>("failure");
+        QTest::newRow("server answers") << false << "";
+        QTest::newRow("server error, copy") << true << "500";
+        QTest::newRow("nothing listening, copy") << true << "closed";
+        QTest::newRow("nothing listening, no copy") << false << "closed";
     }
 
-    void serverFailure_data()
+    void catalogueSource()
     {
-        QTest::addColumn<bool>("listening");
-        QTest::addColumn<bool>("copy");
-        QTest::newRow("server error, copy") << true << true;
-        QTest::newRow("nothing listening, copy") << false << true;
-        QTest::newRow("nothing listening, no copy") << false << false;
-    }
-
-    // The copy left by the first start offers a newer launcher.
-    void serverFailure()
-    {
-        QFETCH(bool, listening);
         QFETCH(bool, copy);
+        QFETCH(QString, failure);
         const QByteArray catalogue = CatalogueBuilder().entries({ "editor 2.1.0.5", "launcher 1.1.0.0" }).bytes();
         serve(catalogue);
         if (copy)
             QVERIFY(start());
-        if (listening)
+        if (failure == QLatin1String("500"))
             m_server->setAnswer(m_cataloguePath, HttpFixture::status(500, "Internal Server Error", "{}"));
-        else
+        else if (!failure.isEmpty())
             m_server->close();
         m_log.mark();
 
         QVERIFY(start());
         QCOMPARE(m_launcher->getExitStatus(), 0);
-        QStringList expected { logLine("Failed to load ApplUpdateInfo from server: [%1]"),
+        QStringList expected { logLine(failure.isEmpty() ? "ApplUpdateInfo is completely loaded from server: [%1]"
+                                                         : "Failed to load ApplUpdateInfo from server: [%1]"),
             logLine("ApplUpdateInfo set.") };
         if (copy)
             expected.insert(1,
                 "OfflineFile::restoreOfflineFile: Contents is read from offline file: URL[" + m_catalogueUrl + "] file["
                     + copyPath() + "]");
         expectLog(expected);
-        QCOMPARE(m_launcher->hasLauncherUpdate(), copy);
-        QCOMPARE(installable(), copy ? QStringList { "2.1.0.5" } : QStringList());
-        QCOMPARE(TestFiles::read(copyPath()), copy ? catalogue : QByteArray());
+        const bool available = copy || failure.isEmpty();
+        QCOMPARE(m_launcher->hasLauncherUpdate(), available);
+        QCOMPARE(installable(), available ? QStringList { "2.1.0.5" } : QStringList());
+        QCOMPARE(TestFiles::read(copyPath()), available ? catalogue : QByteArray());
     }
 
     void badCatalogueKeepsThePrevious()
@@ -178,10 +164,7 @@ private slots:
         const QJsonValue stored = TestFiles::readObject(m_profile->managerFile()).value("1.0.0")["web_versions"];
         QCOMPARE(stored["newsweb"].toObject(),
             (QJsonObject { { "type", "newsweb" }, { "version", "1.0.0.0" }, { "url", "/Zanmir/News/2026.htm" } }));
-        const QString base = m_server->url(QString());
-        QCOMPARE(m_launcher->getWebUrl("newsweb"), base + "/Zanmir/News/2026.htm?t=pe1");
-        // The stored news stamp decides for both pages, and the help stamp has no url yet.
-        QCOMPARE(m_launcher->getWebUrl("howtoweb"), base + "?t=pe1");
+        QCOMPARE(m_launcher->getWebUrl("newsweb"), m_server->url("/Zanmir/News/2026.htm?t=pe1"));
 
         // Read back at the next start; fewer numbers make an older stamp.
         m_launcher->getApplInfo()->saveWebVersion("howtoweb", WebUpdateInfo("howtoweb", "1.0.0", "/old.htm"));
@@ -197,9 +180,11 @@ private slots:
         // Only installed releases hide a version.
         m_profile->registerVersion("E1", "editor", "inhouse", "3.0.0.0");
         serve(CatalogueBuilder()
-                  .entries({ "editor 2.1.0.7", "editor 2.2.0.1", "editor 4", "editor 2.1.0.5", "editor 3.0.0.0" })
+                  .entries({ "editor 2.1.0.7", "editor 2.2.0.1", "editor 4", "editor 2.1.0.5", "editor 3.0.0.0",
+                      "launcher 1.0.0.0" })
                   .bytes());
         QVERIFY(start());
+        QVERIFY(!m_launcher->hasLauncherUpdate()); // the one on offer is the one installed
         // 2.1.0.7 stands for its series and is installed, so that series offers nothing.
         QCOMPARE(installable(), (QStringList { "3.0.0.0", "2.2.0.1" }));
         QVERIFY(m_launcher->setShowAllVersions(true));
