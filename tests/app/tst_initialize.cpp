@@ -7,8 +7,6 @@
 #include <QTranslator>
 #include <QtTest>
 
-#include <vector>
-
 // A launcher started with "/test": the test variant of the server address,
 // and the translator chosen by the stored locale.
 class TestInitialize : public QObject
@@ -85,11 +83,10 @@ int main(int argc, char *argv[])
 
     // QtTest would take the launcher's option for the name of a test
     // function, so the launcher gets a command line of its own.
-    QByteArray program(argv[0]);
-    QByteArray option("/test");
-    std::vector<char *> launcherArgv { program.data(), option.data(), nullptr };
+    char option[] = "/test";
+    char *launcherArgv[] = { argv[0], option, nullptr };
     int launcherArgc = 2;
-    ProcessLauncher launcher(launcherArgc, launcherArgv.data());
+    ProcessLauncher launcher(launcherArgc, launcherArgv);
     TestInitialize test(profile, launcher);
     return QTest::qExec(&test, argc, argv);
 }

@@ -4,8 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-// The messages of a launcher log without their date, so that tests compare
-// whole messages.
+// The messages of a launcher log, without their date.
 class TestLog
 {
 public:
@@ -15,11 +14,9 @@ public:
     void mark();
     QStringList newLines() const;
 
-    // The message of each line after its "yyyy/MM/dd hh:mm:ss " stamp; a
-    // line without the stamp stays whole, so it matches no message.
+    // Each line after its "yyyy/MM/dd hh:mm:ss " stamp; one without stays whole.
     static QStringList messages(const QString &logText);
-    // True when the expected lines stand among the lines in this order,
-    // others between them allowed.
+    // True when the expected lines stand among the lines in this order.
     static bool inOrder(const QStringList &lines, const QStringList &expected);
 
 private:
