@@ -159,13 +159,6 @@ private slots:
         // Stands in for an open main window.
         QLockFile window(m_harness->profile().launcherFolder() + "/ZanmirManager.lock");
         QVERIFY(window.tryLock(0));
-        LauncherRun *plain = m_harness->run({});
-        QVERIFY(ended(plain, 1, 1));
-        QCOMPARE(box(plain->dialogs().first()), QStringLiteral("warning|warning|Zanmir Launcher is already launched."));
-        qint64 pid = 0;
-        QString host, application;
-        QVERIFY(window.getLockInfo(&pid, &host, &application) && pid == QCoreApplication::applicationPid());
-
         // Open-with takes no lock: two at once both start their editors while it is held.
         LauncherRun *first = m_harness->start({ "scene.xml" });
         LauncherRun *second = m_harness->start({ "scene.zmr" });
@@ -173,6 +166,13 @@ private slots:
         QVERIFY(second->waitForFinished(LauncherHarness::kDefaultTimeout) && ended(second, 0, 0));
         QVERIFY(m_harness->waitForEditorStarts(2));
         QCOMPARE(startedEditors(), (QStringList { "2.0.03 scene.xml", "2.1.05 scene.zmr" }));
+
+        LauncherRun *plain = m_harness->run({});
+        QVERIFY(ended(plain, 1, 1));
+        QCOMPARE(box(plain->dialogs().first()), QStringLiteral("warning|warning|Zanmir Launcher is already launched."));
+        qint64 pid = 0;
+        QString host, application;
+        QVERIFY(window.getLockInfo(&pid, &host, &application) && pid == QCoreApplication::applicationPid());
     }
 };
 
