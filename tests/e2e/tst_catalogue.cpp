@@ -3,139 +3,76 @@
 #include "launcherharness.h"
 #include "sampleproject.h"
 #include "testfiles.h"
+#include "testlog.h"
 
-#include <QDir>
-#include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonObject>
-#include <QLockFile>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
-namespace {
+#include <memory>
 
-const QString kCataloguePath = QStringLiteral("/Zanmir/Launcher/UpdateInfo/updateinfo.json");
-const QString kMainWindowLine = QStringLiteral("main: main window is not available in this build");
-const QString kUpdateWindowLine = QStringLiteral("main: launcher update window is not available in this build");
-
-// How often the message stands in the log as a whole line after its date.
-int countLogLines(const QString &log, const QString &message)
-{
-    const QRegularExpression line(
-        QStringLiteral("^\\d{4}/\\d{2}/\\d{2} \\d{2}:\\d{2}:\\d{2} %1$").arg(QRegularExpression::escape(message)),
-        QRegularExpression::MultilineOption);
-    int count = 0;
-    for (auto it = line.globalMatch(log); it.hasNext(); it.next())
-        ++count;
-    return count;
-}
-
-bool hasLogLine(const QString &log, const QString &message)
-{
-    return countLogLines(log, message) > 0;
-}
-
-} // namespace
-
-// The real launcher against a plain file store serving the update catalogue:
-// the offline copy that a good fetch leaves and that carries the next start
-// without the server, the launcher update that takes precedence over a
-// project file, and a catalogue that cannot be read at all.
+// The real launcher against a plain file store serving the update catalogue.
 class TestCatalogueStartup : public QObject
 {
     Q_OBJECT
 
 private:
     QTemporaryDir m_storeFolder;
+    std::unique_ptr<FileStoreServer> m_store;
+    std::unique_ptr<LauncherHarness> m_harness;
+    const QString m_mainWindowLine = QStringLiteral("main: main window is not available in this build");
 
-    bool publish(const QByteArray &catalogue)
+    // Publishes the catalogue and points the launcher at a store serving it.
+    void serve(const QByteArray &catalogue)
     {
-        const QString path = m_storeFolder.path() + kCataloguePath;
-        return QDir().mkpath(QFileInfo(path).path()) && TestFiles::write(path, catalogue);
+        const QString folder = m_storeFolder.path() + "/Zanmir/Launcher/UpdateInfo";
+        QVERIFY(QDir().mkpath(folder) && TestFiles::write(folder + "/updateinfo.json", catalogue));
+        m_store = std::make_unique<FileStoreServer>(m_storeFolder.path());
+        QVERIFY2(m_store->start(), qPrintable(m_store->output()));
+        m_harness->setServerBase(m_store->url(QString()));
     }
-
-    static QString catalogueUrl(const LauncherHarness &harness)
+    QStringList log() const { return TestLog::messages(m_harness->launcherLog()); }
+    bool logged(const QStringList &lines) const
     {
-        return harness.serverBase() + kCataloguePath + QStringLiteral("?t=pe1");
+        const bool found = TestLog::inOrder(log(), lines);
+        if (!found)
+            qWarning("%s", qPrintable(log().join('\n')));
+        return found;
     }
 
 private slots:
     void init()
     {
-        QDir(m_storeFolder.path()).removeRecursively();
-        QVERIFY(QDir().mkpath(m_storeFolder.path()));
+        m_harness = std::make_unique<LauncherHarness>();
+        QVERIFY(m_harness->isValid() && m_harness->registerVersions({ "2.1.0.5" }, "1.0.0.0"));
+    }
+
+    void cleanup()
+    {
+        m_store.reset();
+        m_harness.reset();
     }
 
     void offlineCopyCarriesNextStart()
     {
-        LauncherHarness harness;
-        QVERIFY(harness.isValid());
-        QString error;
-        QVERIFY2(harness.registerVersions({ QStringLiteral("2.1.0.5") }, QStringLiteral("1.0.0.0"), &error),
-            qPrintable(error));
         // Text beyond ASCII must come back from the copy as it was served.
-        const QByteArray catalogue = CatalogueBuilder()
-                                         .launcher(QStringLiteral("1.0.0.0"))
-                                         .editor(QStringLiteral("2.2.0.1"))
-                                         .web(QStringLiteral("newsweb"), QStringLiteral("1.0.0.0"),
-                                             QStringLiteral("/Zanmir/News/お知らせ.htm"))
-                                         .bytes();
-        QVERIFY(publish(catalogue));
-        FileStoreServer store(m_storeFolder.path());
-        QVERIFY2(store.start(), qPrintable(store.output()));
-        harness.setServerBase(store.url(QString()));
-        const QString url = catalogueUrl(harness);
-
-        LauncherRun *first = harness.run({});
-        QVERIFY2(first->exitedWith(0), qPrintable(first->describe()));
-        QVERIFY(first->dialogs().isEmpty());
-        QString log = harness.launcherLog();
-        QVERIFY2(hasLogLine(log,
-                     QStringLiteral(
-                         "ProcessLauncher::prepareApplUpdater: ApplUpdateInfo is completely loaded from server: [%1]")
-                         .arg(url)),
-            qPrintable(log));
-        QVERIFY2(hasLogLine(log, kMainWindowLine), qPrintable(log));
-
-        const QString folder = harness.profile().launcherFolder(false);
-        const QJsonArray index
-            = TestFiles::readObject(folder + QStringLiteral("/OfflineFiles.json")).value("offlinefiles").toArray();
-        QCOMPARE(index,
-            (QJsonArray { QJsonObject { { "serial_no", 0 }, { "url", "" } },
-                QJsonObject { { "serial_no", 1 }, { "url", url } } }));
-        const QString copy = folder + QStringLiteral("/00000001.html");
-        QCOMPARE(TestFiles::read(copy), catalogue);
-        // The lock of the main window is given back at exit.
-        QVERIFY(!QFile::exists(folder + QStringLiteral("/ZanmirManager.lock")));
-
-        store.stop();
-        LauncherRun *second = harness.run({});
-        QVERIFY2(second->exitedWith(0), qPrintable(second->describe()));
-        QVERIFY(second->dialogs().isEmpty());
-        log = harness.launcherLog();
-        QVERIFY2(
-            hasLogLine(log,
-                QStringLiteral("ProcessLauncher::prepareApplUpdater: Failed to load ApplUpdateInfo from server: [%1]")
-                    .arg(url)),
-            qPrintable(log));
-        QVERIFY2(
-            hasLogLine(log,
-                QStringLiteral("OfflineFile::restoreOfflineFile: Contents is read from offline file: URL[%1] file[%2]")
-                    .arg(url, copy)),
-            qPrintable(log));
-        QCOMPARE(countLogLines(log, kMainWindowLine), 2);
+        const QByteArray catalogue = CatalogueBuilder().web("newsweb", "1.0.0.0", "/Zanmir/お知らせ.htm").bytes();
+        serve(catalogue);
+        const QString url = m_harness->serverBase() + "/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1";
+        LauncherRun *first = m_harness->run({});
+        QVERIFY2(first->exitedWith(0) && first->dialogs().isEmpty(), qPrintable(first->describe()));
+        QVERIFY(logged(
+            { "ProcessLauncher::prepareApplUpdater: ApplUpdateInfo is completely loaded from server: [" + url + "]" }));
+        const QString copy = m_harness->profile().launcherFolder(false) + "/00000001.html";
         QCOMPARE(TestFiles::read(copy), catalogue);
 
-        // The main window comes only behind the lock: while another launcher
-        // holds it, this one is turned away.
-        QLockFile held(folder + QStringLiteral("/ZanmirManager.lock"));
-        QVERIFY(held.tryLock(0));
-        LauncherRun *refused = harness.run({});
-        QVERIFY2(refused->exitedWith(1), qPrintable(refused->describe()));
-        QCOMPARE(refused->dialogs().size(), 1);
-        QCOMPARE(refused->dialogs().at(0).text, QStringLiteral("Zanmir Launcher is already launched."));
-        QCOMPARE(countLogLines(harness.launcherLog(), kMainWindowLine), 2);
+        m_store->stop();
+        LauncherRun *second = m_harness->run({});
+        QVERIFY2(second->exitedWith(0) && second->dialogs().isEmpty(), qPrintable(second->describe()));
+        QVERIFY(logged({ m_mainWindowLine,
+            "ProcessLauncher::prepareApplUpdater: Failed to load ApplUpdateInfo from server: [" + url + "]",
+            "OfflineFile::restoreOfflineFile: Contents is read from offline file: URL[" + url + "] file[" + copy + "]",
+            m_mainWindowLine }));
+        QCOMPARE(TestFiles::read(copy), catalogue);
     }
 
     void launcherUpdateComesFirst_data()
@@ -143,85 +80,33 @@ private slots:
         QTest::addColumn<QString>("offered");
         QTest::addColumn<bool>("update");
         // The launcher 1.0.0.0 is installed.
-        QTest::newRow("newer launcher") << QStringLiteral("1.0.0.1") << true;
-        QTest::newRow("same launcher") << QStringLiteral("1.0.0.0") << false;
+        QTest::newRow("newer launcher") << "1.0.0.1" << true;
+        QTest::newRow("same launcher") << "1.0.0.0" << false;
     }
 
     void launcherUpdateComesFirst()
     {
         QFETCH(QString, offered);
         QFETCH(bool, update);
+        QVERIFY(SampleProject::writeProject(m_harness->projectPath("first.zmr"), "2.1.0.5"));
+        serve(CatalogueBuilder().entries({ "editor 2.1.0.5", "launcher " + offered }).bytes());
 
-        LauncherHarness harness;
-        QVERIFY(harness.isValid());
-        QString error;
-        QVERIFY2(harness.registerVersions({ QStringLiteral("2.1.0.5") }, QStringLiteral("1.0.0.0"), &error),
-            qPrintable(error));
-        QVERIFY(SampleProject::writeProject(
-            harness.projectPath(QStringLiteral("first.zmr")), QStringLiteral("2.1.0.5"), &error));
-        QVERIFY(publish(CatalogueBuilder().editor(QStringLiteral("2.1.0.5")).launcher(offered).bytes()));
-        FileStoreServer store(m_storeFolder.path());
-        QVERIFY2(store.start(), qPrintable(store.output()));
-        harness.setServerBase(store.url(QString()));
-
-        LauncherRun *run = harness.run({ QStringLiteral("first.zmr") });
-        QVERIFY2(run->exitedWith(0), qPrintable(run->describe()));
-        QVERIFY(run->dialogs().isEmpty());
-        const QString log = harness.launcherLog();
-        QVERIFY2(hasLogLine(log, kUpdateWindowLine) == update, qPrintable(log));
-        QVERIFY(!hasLogLine(log, kMainWindowLine));
-
-        // The project file is opened, with its entry in the recent list, only
-        // when no launcher update is on offer.
-        QCOMPARE(harness.waitForEditorStarts(1, update ? 2000 : 10000), !update);
-        const QJsonArray histories = TestFiles::readObject(harness.profile().managerFile())
-                                         .value("1.0.0")
-                                         .toObject()
-                                         .value("histories")
-                                         .toArray();
-        QCOMPARE(histories.size(), update ? 0 : 1);
-    }
-
-    void unreadableCatalogueWithoutCopy_data()
-    {
-        QTest::addColumn<QByteArray>("catalogue");
-        QTest::addColumn<QString>("reason");
-
-        QTest::newRow("not JSON") << QByteArray("<html>maintenance</html>")
-                                  << QStringLiteral("Failed to parse JSON document: code\\[\\d+\\] message\\[.+\\]");
-        // Without the schema object the updater gives no reason.
-        QTest::newRow("no 1.0.0") << QByteArray("{\"2.0.0\": {\"app_versions\": {}}}") << QString();
+        LauncherRun *run = m_harness->run({ "first.zmr" });
+        QVERIFY2(run->exitedWith(0) && run->dialogs().isEmpty(), qPrintable(run->describe()));
+        QCOMPARE(log().contains("main: launcher update window is not available in this build"), update);
+        QVERIFY(!log().contains(m_mainWindowLine));
+        // The project file is opened only when no launcher update is on offer.
+        QCOMPARE(m_harness->waitForEditorStarts(1, update ? 2000 : 10000), !update);
     }
 
     void unreadableCatalogueWithoutCopy()
     {
-        QFETCH(QByteArray, catalogue);
-        QFETCH(QString, reason);
-
-        LauncherHarness harness;
-        QVERIFY(harness.isValid());
-        QString error;
-        QVERIFY2(harness.registerVersions({ QStringLiteral("2.1.0.5") }, QStringLiteral("1.0.0.0"), &error),
-            qPrintable(error));
-        QVERIFY(publish(catalogue));
-        FileStoreServer store(m_storeFolder.path());
-        QVERIFY2(store.start(), qPrintable(store.output()));
-        harness.setServerBase(store.url(QString()));
-
-        LauncherRun *run = harness.run({});
-        QVERIFY2(run->exitedWith(1), qPrintable(run->describe()));
-        const QList<DialogRecord> dialogs = run->dialogs();
-        QCOMPARE(dialogs.size(), 1);
-        QCOMPARE(dialogs.at(0).icon, QStringLiteral("critical"));
-        QCOMPARE(dialogs.at(0).title, QStringLiteral("Error"));
-        QCOMPARE(dialogs.at(0).text, QStringLiteral("Failed in initialize."));
-
-        const QString log = harness.launcherLog();
+        serve("<html>maintenance</html>");
+        LauncherRun *run = m_harness->run({});
+        QVERIFY2(run->exitedWith(1) && run->dialogs().size() == 1, qPrintable(run->describe()));
+        QCOMPARE(run->dialogs().at(0).text, QStringLiteral("Failed in initialize."));
         // The reason is the last word of the run.
-        const QRegularExpression last(
-            QStringLiteral("\\d{2}:\\d{2}:\\d{2} ProcessLauncher::prepareApplUpdater: %1\n$").arg(reason));
-        QVERIFY2(last.match(log).hasMatch(), qPrintable(log));
-        QVERIFY(!log.contains(QStringLiteral("main: ")));
+        QVERIFY(log().last().startsWith("ProcessLauncher::prepareApplUpdater: Failed to parse JSON document: code["));
     }
 };
 

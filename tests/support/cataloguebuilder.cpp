@@ -13,19 +13,24 @@ CatalogueBuilder &CatalogueBuilder::update(
         entry.insert(QStringLiteral("appl_name"), name);
     if (!version.isNull())
         entry.insert(QStringLiteral("version"), version);
-    entry.insert(QStringLiteral("targets"), targets.isEmpty() ? winTarget(version) : targets);
+    const QJsonArray winTarget { QJsonObject { { "target", "win64" },
+        { "url", QStringLiteral("/Zanmir/Installer/%1/setup.exe").arg(version) },
+        { "filename", QStringLiteral("ZanmirSetup_%1.exe").arg(version) } } };
+    entry.insert(QStringLiteral("targets"), targets.isEmpty() ? winTarget : targets);
     m_updates.append(entry);
     return *this;
 }
 
-CatalogueBuilder &CatalogueBuilder::editor(const QString &version, const QString &name)
+CatalogueBuilder &CatalogueBuilder::entries(const QStringList &entries)
 {
-    return update(QStringLiteral("editor"), name, version);
-}
-
-CatalogueBuilder &CatalogueBuilder::launcher(const QString &version)
-{
-    return update(QStringLiteral("launcher"), QStringLiteral("Vorlix Zanmir Launcher"), version);
+    for (const QString &entry : entries) {
+        const QStringList parts = entry.split(QLatin1Char(' '));
+        if (parts.at(0) == QLatin1String("launcher"))
+            update(parts.at(0), QStringLiteral("Vorlix Zanmir Launcher"), parts.at(1));
+        else
+            update(parts.at(0), parts.value(2, QStringLiteral("release")), parts.at(1));
+    }
+    return *this;
 }
 
 CatalogueBuilder &CatalogueBuilder::web(const QString &type, const QString &version, const QString &url)
@@ -34,21 +39,17 @@ CatalogueBuilder &CatalogueBuilder::web(const QString &type, const QString &vers
     return *this;
 }
 
-QJsonArray CatalogueBuilder::winTarget(const QString &version)
-{
-    return QJsonArray { QJsonObject { { "target", "win64" },
-        { "url", QStringLiteral("/Zanmir/Installer/%1/setup.exe").arg(version) },
-        { "filename", QStringLiteral("ZanmirSetup_%1.exe").arg(version) } } };
-}
-
-QString CatalogueBuilder::text() const
-{
-    return QString::fromUtf8(bytes());
-}
-
 QByteArray CatalogueBuilder::bytes() const
 {
     const QJsonObject appVersions { { "update_date", "2026/11/01" }, { "updates", m_updates } };
     const QJsonObject root { { "1.0.0", QJsonObject { { "app_versions", appVersions }, { "web_versions", m_web } } } };
     return QJsonDocument(root).toJson();
+}
+
+QStringList CatalogueBuilder::versions(const QList<ApplUpdateInfo> &updates)
+{
+    QStringList result;
+    for (const ApplUpdateInfo &update : updates)
+        result.append(update.getVersion());
+    return result;
 }

@@ -1,9 +1,10 @@
 #ifndef CATALOGUEBUILDER_H
 #define CATALOGUEBUILDER_H
 
-#include <QByteArray>
+#include "applupdateinfo.h"
+
 #include <QJsonArray>
-#include <QString>
+#include <QStringList>
 
 // Builds update catalogues in the server's format.
 class CatalogueBuilder
@@ -13,14 +14,13 @@ public:
     // targets the entry gets one "win64" installer.
     CatalogueBuilder &update(
         const QString &type, const QString &name, const QString &version, const QJsonArray &targets = QJsonArray());
-    CatalogueBuilder &editor(const QString &version, const QString &name = QStringLiteral("release"));
-    CatalogueBuilder &launcher(const QString &version);
+    // "editor 2.1.0.5" (a release), "editor 2.1.0.9 beta", "launcher 1.1.0.0", in order.
+    CatalogueBuilder &entries(const QStringList &entries);
     CatalogueBuilder &web(const QString &type, const QString &version, const QString &url);
-
-    static QJsonArray winTarget(const QString &version);
-
-    QString text() const;
     QByteArray bytes() const;
+
+    // The versions of the entries, in their order.
+    static QStringList versions(const QList<ApplUpdateInfo> &updates);
 
 private:
     QJsonArray m_updates;

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 TestLog::TestLog(const QString &path)
     : m_path(path)
@@ -15,13 +16,17 @@ void TestLog::mark()
 QStringList TestLog::newLines() const
 {
     QFile file(m_path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly) || !file.seek(m_mark))
         return QStringList();
-    file.seek(m_mark);
-    QStringList lines;
-    const QStringList raw = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    for (const QString &line : raw)
-        lines.append(line.mid(QStringLiteral("yyyy/MM/dd hh:mm:ss ").size()));
+    return messages(QString::fromUtf8(file.readAll()));
+}
+
+QStringList TestLog::messages(const QString &logText)
+{
+    static const QRegularExpression stamp(QStringLiteral("^\\d{4}/\\d{2}/\\d{2} \\d{2}:\\d{2}:\\d{2} "));
+    QStringList lines = logText.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (QString &line : lines)
+        line.remove(stamp);
     return lines;
 }
 

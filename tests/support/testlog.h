@@ -4,20 +4,19 @@
 #include <QString>
 #include <QStringList>
 
-// The lines a launcher appended to its log since a mark, without their date,
-// so that tests compare whole messages.
+// The messages of a launcher log, without their date.
 class TestLog
 {
 public:
     explicit TestLog(const QString &path);
 
-    QString path() const { return m_path; }
     // From here on: what is in the log now no longer counts as new.
     void mark();
     QStringList newLines() const;
 
-    // True when the expected lines stand among the lines in this order,
-    // others between them allowed.
+    // Each line after its "yyyy/MM/dd hh:mm:ss " stamp; one without stays whole.
+    static QStringList messages(const QString &logText);
+    // True when the expected lines stand among the lines in this order.
     static bool inOrder(const QStringList &lines, const QStringList &expected);
 
 private:
