@@ -14,15 +14,19 @@ public:
 
     void setFileName(const QString &filePath);
 
-    // Overwrites whatever is there.
+    // Overwrites whatever is there, in one step: readers never see a
+    // half-written file.
     bool writeNew(const QString &text);
-    // Removes the old file, then writes. Not atomic: the state files that use
-    // it are rebuilt at the next start when a crash leaves none.
+    // As writeNew, for a file that is expected to exist; fails without words
+    // when something other than a file stands at the path.
     bool replace(const QString &text);
     bool append(const QString &text);
 
 protected:
     QString m_filePath;
+
+private:
+    bool commit(const QString &text);
 };
 
 #endif // TEXTFILEWRITER_H

@@ -57,12 +57,9 @@ int ProxyHelper::detectFromEnvironment(QString &host, QString &port, QString &us
     if (proxy.isEmpty())
         return NoProxy;
 
-    QString proxyHost;
-    QString proxyPort;
-    if (!splitPair(proxy, proxyHost, proxyPort))
+    // splitPair leaves the out arguments alone when it fails.
+    if (!splitPair(proxy, host, port))
         return NoProxy;
-    host = proxyHost;
-    port = proxyPort;
     const bool byAddress = isIpAddress(host, port);
 
     // Credentials that do not split are dropped without changing the result.
@@ -128,12 +125,8 @@ int ProxyHelper::detectFromSettings(QString &host, QString &port, QString &user,
     if (address.isEmpty())
         return NoProxy;
 
-    QString proxyHost;
-    QString proxyPort;
-    if (!splitPair(address, proxyHost, proxyPort))
+    if (!splitPair(address, host, port))
         return NoProxy;
-    host = proxyHost;
-    port = proxyPort;
     user = QString();
     password = QString();
     return isIpAddress(host, port) ? ProxyByAddress : ProxyByName;
