@@ -17,7 +17,7 @@
 
 static long peakResidentKiB()
 {
-    rusage usage{};
+    rusage usage {};
     getrusage(RUSAGE_SELF, &usage);
     return usage.ru_maxrss;
 }
@@ -48,8 +48,8 @@ int main(int argc, char *argv[])
     if (!SampleProject::writeProject(normal, QStringLiteral("2.1.5.0"))
         || !SampleProject::writeProject(xml, QStringLiteral("2.1.5.0"))
         || !SampleProject::writePaddedArchive(crafted, QStringLiteral("document.txt"),
-                                              SampleProject::documentText(SampleProject::packVersion(2, 1, 5, 0)),
-                                              QByteArrayLiteral("1 0 0 filler line of the archive\n"), inflated)) {
+            SampleProject::documentText(SampleProject::packVersion(2, 1, 5, 0)),
+            QByteArrayLiteral("1 0 0 filler line of the archive\n"), inflated)) {
         out << "could not write the sample projects\n";
         return 1;
     }
@@ -63,7 +63,7 @@ int main(int argc, char *argv[])
     out << "normal .zmr read: " << normalNs / 1000 << " us; .xml read: " << xmlNs / 1000 << " us\n";
     out << "crafted 1 GiB entry: peak memory growth / entry size = " << QString::number(growth / inflated, 'f', 4)
         << " (whole-entry read >= 1.0)\n";
-    out << "crafted 1 GiB entry: read time / normal read time = " << QString::number(double(craftedNs) / normalNs, 'f', 1)
-        << "\n";
+    out << "crafted 1 GiB entry: read time / normal read time = "
+        << QString::number(double(craftedNs) / normalNs, 'f', 1) << "\n";
     return 0;
 }

@@ -12,9 +12,8 @@ ApplLauncher::ApplLauncher(int &argc, char **argv)
     m_targetSystemName = QStringLiteral("win32");
     m_targetSystemName = QStringLiteral("win64");
 
-    const QString logFolder = m_targetSystemName == QLatin1String("macosx")
-                                ? QCoreApplication::applicationDirPath()
-                                : launcherDataFolder();
+    const QString logFolder
+        = m_targetSystemName == QLatin1String("macosx") ? QCoreApplication::applicationDirPath() : launcherDataFolder();
     // mkdir makes one level only: on the very first run "/Vorlix" is missing
     // and this fails quietly; initialize() makes both levels afterwards.
     if (!QDir(logFolder).exists())
@@ -51,16 +50,18 @@ bool ApplLauncher::openFileByApplication(const QString &filePath, const QString 
 
     if (m_targetSystemName == QLatin1String("macosx")) {
         const QString program = QStringLiteral("/usr/bin/open");
-        QStringList arguments{QStringLiteral("-a"), applicationPath};
+        QStringList arguments { QStringLiteral("-a"), applicationPath };
         if (!filePath.isEmpty())
             arguments.append(filePath);
         const QString joined = arguments.join(QLatin1Char(' '));
         if (QProcess::execute(program, arguments) != 0) {
-            m_logWriter.writeLine(QStringLiteral("ApplLauncher::openFileByApplication: Failed to execute command[%1 %2]")
-                                      .arg(program, joined));
+            m_logWriter.writeLine(
+                QStringLiteral("ApplLauncher::openFileByApplication: Failed to execute command[%1 %2]")
+                    .arg(program, joined));
             return false;
         }
-        m_logWriter.writeLine(QStringLiteral("ApplLauncher::openFileByApplication: Command[%1 %2]").arg(program, joined));
+        m_logWriter.writeLine(
+            QStringLiteral("ApplLauncher::openFileByApplication: Command[%1 %2]").arg(program, joined));
         return true;
     }
 
@@ -69,9 +70,10 @@ bool ApplLauncher::openFileByApplication(const QString &filePath, const QString 
     // project". The arguments are handed over as a list so that no shell-style
     // splitting can drop that empty argument or break a path at its blanks.
     const QString command = QStringLiteral("\"%1\" \"%2\"").arg(applicationPath, filePath);
-    if (!QProcess::startDetached(applicationPath, QStringList{filePath})) {
+    if (!QProcess::startDetached(applicationPath, QStringList { filePath })) {
         m_logWriter.writeLine(
-            QStringLiteral("ApplLauncher::openFileByApplication: Failed to open file(QProcess::startDetached): %1").arg(command));
+            QStringLiteral("ApplLauncher::openFileByApplication: Failed to open file(QProcess::startDetached): %1")
+                .arg(command));
         return false;
     }
     return true;

@@ -4,8 +4,7 @@
 
 BinaryFileWriter::BinaryFileWriter(const QString &filePath)
     : m_filePath(filePath)
-{
-}
+{ }
 
 bool BinaryFileWriter::removeFile()
 {

@@ -4,8 +4,7 @@
 
 JsonFileReader::JsonFileReader(const QString &filePath)
     : TextFileReader(filePath)
-{
-}
+{ }
 
 bool JsonFileReader::parse()
 {

@@ -4,7 +4,6 @@
 #include <QMessageBox>
 #include <QTranslator>
 
-
 int main(int argc, char *argv[])
 {
     // The translator outlives the application object that uses it.
@@ -16,7 +15,7 @@ int main(int argc, char *argv[])
         if (!launcher.initialize(translator)) {
             // Deliberately untranslated: it may come before any catalogue is loaded.
             QMessageBox::critical(nullptr, QStringLiteral("Error"), QStringLiteral("Failed in initialize."),
-                                  QMessageBox::Ok, QMessageBox::NoButton);
+                QMessageBox::Ok, QMessageBox::NoButton);
             result = launcher.getExitStatus();
         } else if (launcher.hasLauncherUpdate()) {
             // SEAM(ui): the launcher update window is not built in yet.

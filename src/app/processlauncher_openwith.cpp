@@ -71,7 +71,7 @@ bool ProcessLauncher::lockManagerFile(QLockFile &lock)
     if (lock.tryLock(100))
         return false;
     m_exitStatus = 1;
-    QMessageBox::warning(nullptr, tr("warning"), tr("Zanmir Launcher is already launched."), QMessageBox::Ok,
-                         QMessageBox::NoButton);
+    QMessageBox::warning(
+        nullptr, tr("warning"), tr("Zanmir Launcher is already launched."), QMessageBox::Ok, QMessageBox::NoButton);
     return true;
 }

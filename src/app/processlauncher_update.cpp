@@ -12,8 +12,9 @@ bool ProcessLauncher::prepareApplUpdater()
     const QString url = m_applInfo->getWebUrl(QStringLiteral("launcher_info_web"), QString());
     QString catalogue;
     if (m_httpAccess.get(url)) {
-        writeLog(QStringLiteral("ProcessLauncher::prepareApplUpdater: ApplUpdateInfo is completely loaded from server: [%1]")
-                     .arg(url));
+        writeLog(
+            QStringLiteral("ProcessLauncher::prepareApplUpdater: ApplUpdateInfo is completely loaded from server: [%1]")
+                .arg(url));
         catalogue = m_httpAccess.getBody();
         saveOfflineFile(url, catalogue);
     } else {

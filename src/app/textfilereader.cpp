@@ -5,8 +5,7 @@
 
 TextFileReader::TextFileReader(const QString &filePath)
     : m_filePath(filePath)
-{
-}
+{ }
 
 bool TextFileReader::fileExists()
 {

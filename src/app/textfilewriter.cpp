@@ -9,8 +9,7 @@ TextFileWriter::TextFileWriter() = default;
 
 TextFileWriter::TextFileWriter(const QString &filePath)
     : m_filePath(filePath)
-{
-}
+{ }
 
 TextFileWriter::~TextFileWriter() = default;
 

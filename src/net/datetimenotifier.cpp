@@ -6,8 +6,7 @@ DateTimeNotifier::DateTimeNotifier(int months, int days, int hours, int minutes)
     , m_hours(hours)
     , m_minutes(minutes)
     , m_targetTime(spanFromNow())
-{
-}
+{ }
 
 DateTimeNotifier::~DateTimeNotifier() = default;
 

@@ -8,8 +8,7 @@
 HTTPAccessUtility::HTTPAccessUtility(QObject *parent)
     : QObject(parent)
     , m_manager(this)
-{
-}
+{ }
 
 HTTPAccessUtility::~HTTPAccessUtility() = default;
 

@@ -7,8 +7,7 @@
 NetworkAccessHelper::NetworkAccessHelper(QObject *parent)
     : QObject(parent)
     , m_hostName(DeploymentConfig::publicHost())
-{
-}
+{ }
 
 NetworkAccessHelper::~NetworkAccessHelper() = default;
 

@@ -7,8 +7,7 @@ ProxyServerInfo::ProxyServerInfo(bool enabled, const QString &ip, const QString 
     , m_enabled(enabled)
     , m_ip(ip)
     , m_port(port)
-{
-}
+{ }
 
 ProxyServerInfo::ProxyServerInfo(const QJsonObject &json, bool *incomplete, QObject *parent)
     : QObject(parent)

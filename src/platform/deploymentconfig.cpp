@@ -34,6 +34,5 @@ QString DeploymentConfig::storeUrl()
 
 QStringList DeploymentConfig::serviceHosts()
 {
-    return value("ZANMIR_SERVICE_HOSTS", ZANMIR_DEFAULT_SERVICE_HOSTS)
-        .split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    return value("ZANMIR_SERVICE_HOSTS", ZANMIR_DEFAULT_SERVICE_HOSTS).split(QLatin1Char(';'), Qt::SkipEmptyParts);
 }

@@ -19,9 +19,9 @@ QList<quint32> normalised(const QString &applType, const QList<quint32> &numbers
     const quint32 b = numbers.at(1);
     const quint32 c = numbers.at(2);
     if (applType == kLauncherType && b == 3)
-        return {0, 3, c, 0};
+        return { 0, 3, c, 0 };
     if (applType == kEditorType && b <= 5)
-        return {0, b, c / 10, c % 10};
+        return { 0, b, c / 10, c % 10 };
     return numbers;
 }
 
@@ -29,11 +29,10 @@ QList<quint32> normalised(const QString &applType, const QList<quint32> &numbers
 
 ApplVersion::ApplVersion(QObject *parent)
     : QObject(parent)
-{
-}
+{ }
 
-ApplVersion::ApplVersion(const QString &applType, const QString &applName, const QString &edition,
-                         const QString &version, QObject *parent)
+ApplVersion::ApplVersion(
+    const QString &applType, const QString &applName, const QString &edition, const QString &version, QObject *parent)
     : QObject(parent)
 {
     setVersionInfo(applType, applName, edition, version);
@@ -53,8 +52,8 @@ ApplVersion &ApplVersion::operator=(const ApplVersion &other)
     return *this;
 }
 
-void ApplVersion::setVersionInfo(const QString &applType, const QString &applName, const QString &edition,
-                                 const QString &version)
+void ApplVersion::setVersionInfo(
+    const QString &applType, const QString &applName, const QString &edition, const QString &version)
 {
     m_applType = applType;
     m_applName = applName;
@@ -141,8 +140,7 @@ bool ApplVersion::isSameVersion(const ApplVersion &other) const
 
 bool ApplVersion::isSameVersionOtherEdition(const ApplVersion &other) const
 {
-    return m_applType == other.getApplType() && m_version == other.getVersion()
-        && m_edition != other.getEdition();
+    return m_applType == other.getApplType() && m_version == other.getVersion() && m_edition != other.getEdition();
 }
 
 bool ApplVersion::isNewerThan(const ApplVersion &other) const

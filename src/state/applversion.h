@@ -16,14 +16,14 @@ class ApplVersion : public QObject, public BaseObject
 
 public:
     explicit ApplVersion(QObject *parent = nullptr);
-    ApplVersion(const QString &applType, const QString &applName, const QString &edition,
-                const QString &version, QObject *parent = nullptr);
+    ApplVersion(const QString &applType, const QString &applName, const QString &edition, const QString &version,
+        QObject *parent = nullptr);
     ~ApplVersion() override;
 
     ApplVersion &operator=(const ApplVersion &other);
 
-    void setVersionInfo(const QString &applType, const QString &applName, const QString &edition,
-                        const QString &version);
+    void setVersionInfo(
+        const QString &applType, const QString &applName, const QString &edition, const QString &version);
 
     // Type and edition are equal, as exact text.
     virtual bool isSameApplication(const ApplVersion &other) const;

@@ -2,23 +2,18 @@
 
 EditorInfo::EditorInfo(QObject *parent)
     : ApplVersion(parent)
-{
-}
+{ }
 
-EditorInfo::EditorInfo(const QString &applType, const QString &edition, const QString &version,
-                       QObject *parent)
+EditorInfo::EditorInfo(const QString &applType, const QString &edition, const QString &version, QObject *parent)
     : ApplVersion(applType, QString(), edition, version, parent)
-{
-}
+{ }
 
-EditorInfo::EditorInfo(const QString &applType, const QString &applName, const QString &edition,
-                       const QString &version, const QString &path, const QString &uninstallerPath,
-                       QObject *parent)
+EditorInfo::EditorInfo(const QString &applType, const QString &applName, const QString &edition, const QString &version,
+    const QString &path, const QString &uninstallerPath, QObject *parent)
     : ApplVersion(applType, applName, edition, version, parent)
     , m_path(path)
     , m_uninstallerPath(uninstallerPath)
-{
-}
+{ }
 
 EditorInfo::EditorInfo(bool shortForm, const QJsonObject &json, bool *error, QObject *parent)
     : ApplVersion(parent)

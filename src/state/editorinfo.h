@@ -13,11 +13,9 @@ class EditorInfo : public ApplVersion
 
 public:
     explicit EditorInfo(QObject *parent = nullptr);
-    EditorInfo(const QString &applType, const QString &edition, const QString &version,
-               QObject *parent = nullptr);
-    EditorInfo(const QString &applType, const QString &applName, const QString &edition,
-               const QString &version, const QString &path, const QString &uninstallerPath,
-               QObject *parent = nullptr);
+    EditorInfo(const QString &applType, const QString &edition, const QString &version, QObject *parent = nullptr);
+    EditorInfo(const QString &applType, const QString &applName, const QString &edition, const QString &version,
+        const QString &path, const QString &uninstallerPath, QObject *parent = nullptr);
     // The short form holds the identity only (type, edition, version); the
     // full form adds name and paths. Reading never fails: error is set false.
     EditorInfo(bool shortForm, const QJsonObject &json, bool *error, QObject *parent = nullptr);

@@ -2,15 +2,13 @@
 
 HistoryInfo::HistoryInfo(QObject *parent)
     : ApplVersion(parent)
-{
-}
+{ }
 
 HistoryInfo::HistoryInfo(const QString &applType, const QString &edition, const QString &version,
-                         const QString &openFilePath, QObject *parent)
+    const QString &openFilePath, QObject *parent)
     : ApplVersion(applType, QString(), edition, version, parent)
     , m_openFilePath(openFilePath)
-{
-}
+{ }
 
 HistoryInfo::HistoryInfo(const QJsonObject &json, bool *error, QObject *parent)
     : ApplVersion(parent)
@@ -19,13 +17,12 @@ HistoryInfo::HistoryInfo(const QJsonObject &json, bool *error, QObject *parent)
     m_timestamp = json.value(QStringLiteral("timestamp")).toString();
     m_openFilePath = json.value(QStringLiteral("openfilepath")).toString();
     setVersionInfo(json.value(QStringLiteral("appl_type")).toString(),
-                   json.value(QStringLiteral("applname")).toString(),
-                   json.value(QStringLiteral("edition")).toString(),
-                   json.value(QStringLiteral("version")).toString());
+        json.value(QStringLiteral("applname")).toString(), json.value(QStringLiteral("edition")).toString(),
+        json.value(QStringLiteral("version")).toString());
     if (error) {
         // The application name may be missing; nothing else may.
-        *error = m_applType.isEmpty() || m_edition.isEmpty() || m_version.isEmpty()
-              || m_timestamp.isEmpty() || m_openFilePath.isEmpty();
+        *error = m_applType.isEmpty() || m_edition.isEmpty() || m_version.isEmpty() || m_timestamp.isEmpty()
+            || m_openFilePath.isEmpty();
     }
 }
 

@@ -13,8 +13,8 @@ class HistoryInfo : public ApplVersion
 
 public:
     explicit HistoryInfo(QObject *parent = nullptr);
-    HistoryInfo(const QString &applType, const QString &edition, const QString &version,
-                const QString &openFilePath, QObject *parent = nullptr);
+    HistoryInfo(const QString &applType, const QString &edition, const QString &version, const QString &openFilePath,
+        QObject *parent = nullptr);
     // error is set when type, edition, version, timestamp or path is empty.
     HistoryInfo(const QJsonObject &json, bool *error, QObject *parent = nullptr);
     HistoryInfo(const HistoryInfo &other);

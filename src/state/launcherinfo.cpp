@@ -5,14 +5,12 @@ static const QString kReleaseEdition = QStringLiteral("release");
 
 LauncherInfo::LauncherInfo(QObject *parent)
     : EditorInfo(parent)
-{
-}
+{ }
 
 LauncherInfo::LauncherInfo(const QString &applName, const QString &version, const QString &path,
-                           const QString &uninstallerPath, QObject *parent)
+    const QString &uninstallerPath, QObject *parent)
     : EditorInfo(kLauncherType, applName, kReleaseEdition, version, path, uninstallerPath, parent)
-{
-}
+{ }
 
 LauncherInfo::LauncherInfo(const QJsonObject &json, bool *error, QObject *parent)
     : EditorInfo(parent)
@@ -20,15 +18,14 @@ LauncherInfo::LauncherInfo(const QJsonObject &json, bool *error, QObject *parent
     m_path = json.value(QStringLiteral("path")).toString();
     m_uninstallerPath = json.value(QStringLiteral("uninstaller_path")).toString();
     setVersionInfo(kLauncherType, json.value(QStringLiteral("applname")).toString(), kReleaseEdition,
-                   json.value(QStringLiteral("version")).toString());
+        json.value(QStringLiteral("version")).toString());
     if (error)
         *error = false;
 }
 
 LauncherInfo::LauncherInfo(const LauncherInfo &other)
     : EditorInfo(other)
-{
-}
+{ }
 
 LauncherInfo::~LauncherInfo() = default;
 

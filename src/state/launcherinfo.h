@@ -11,8 +11,8 @@ class LauncherInfo : public EditorInfo
 
 public:
     explicit LauncherInfo(QObject *parent = nullptr);
-    LauncherInfo(const QString &applName, const QString &version, const QString &path,
-                 const QString &uninstallerPath, QObject *parent = nullptr);
+    LauncherInfo(const QString &applName, const QString &version, const QString &path, const QString &uninstallerPath,
+        QObject *parent = nullptr);
     LauncherInfo(const QJsonObject &json, bool *error, QObject *parent = nullptr);
     // Copies without the parent.
     LauncherInfo(const LauncherInfo &other);

@@ -2,7 +2,6 @@
 
 ScreenInfo::ScreenInfo(QObject *parent)
     : QObject(parent)
-{
-}
+{ }
 
 ScreenInfo::~ScreenInfo() = default;

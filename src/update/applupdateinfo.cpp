@@ -4,8 +4,7 @@
 
 ApplUpdateInfo::ApplUpdateInfo(QObject *parent)
     : ApplVersion(parent)
-{
-}
+{ }
 
 ApplUpdateInfo::ApplUpdateInfo(const QJsonObject &json, QObject *parent)
     : ApplVersion(parent)

@@ -34,8 +34,7 @@ QByteArray emptyCatalogue()
 ApplUpdater::ApplUpdater(ProcessLauncher *launcher)
     : QObject(launcher)
     , m_launcher(launcher)
-{
-}
+{ }
 
 ApplUpdater::~ApplUpdater() = default;
 
@@ -162,19 +161,18 @@ QList<ApplUpdateInfo> ApplUpdater::getInstallableEditors(const QList<EditorInfo>
 
     QList<ApplUpdateInfo> result;
     for (const ApplUpdateInfo &candidate : qAsConst(candidates)) {
-        const bool isInstalled = std::any_of(installed.cbegin(), installed.cend(), [&candidate](const EditorInfo &editor) {
-            return editor.getVersion() == candidate.getVersion();
-        });
+        const bool isInstalled = std::any_of(installed.cbegin(), installed.cend(),
+            [&candidate](const EditorInfo &editor) { return editor.getVersion() == candidate.getVersion(); });
         if (!isInstalled)
             result.append(candidate);
     }
     std::sort(result.begin(), result.end(),
-              [](const ApplUpdateInfo &a, const ApplUpdateInfo &b) { return a.compareVersion(b) > 0; });
+        [](const ApplUpdateInfo &a, const ApplUpdateInfo &b) { return a.compareVersion(b) > 0; });
     return result;
 }
 
-bool ApplUpdater::findDownloadInfo(const QString &version, QString &applName, QString &displayVersion, QString &url,
-                                   QString &fileName)
+bool ApplUpdater::findDownloadInfo(
+    const QString &version, QString &applName, QString &displayVersion, QString &url, QString &fileName)
 {
     // For editor entries the catalogue's application name doubles as the edition.
     ApplVersion wanted;

@@ -37,8 +37,8 @@ public:
     // The first catalogue entry newer than the newest installed public version of that type.
     ApplUpdateInfo findLatestFor(const QString &applType) const;
     QList<ApplUpdateInfo> getInstallableEditors(const QList<EditorInfo> &installed, bool showAll) const;
-    bool findDownloadInfo(const QString &version, QString &applName, QString &displayVersion, QString &url,
-                          QString &fileName);
+    bool findDownloadInfo(
+        const QString &version, QString &applName, QString &displayVersion, QString &url, QString &fileName);
     WebUpdateInfo getWebUpdateInfo(const QString &webType) const;
 
 private:

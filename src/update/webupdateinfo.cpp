@@ -6,8 +6,7 @@ static const QString kNewsWeb = QStringLiteral("newsweb");
 static const QString kHowtoWeb = QStringLiteral("howtoweb");
 static const QString kZeroVersion = QStringLiteral("0.0.0.0");
 
-WebUpdateInfo::WebUpdateInfo(const QString &defaultType, const QJsonObject &json, bool *error,
-                             QObject *parent)
+WebUpdateInfo::WebUpdateInfo(const QString &defaultType, const QJsonObject &json, bool *error, QObject *parent)
     : QObject(parent)
 {
     m_type = json.value(QStringLiteral("type")).toString();
@@ -29,8 +28,7 @@ WebUpdateInfo::WebUpdateInfo(const QString &defaultType, const QJsonObject &json
         *error = typeMissing;
 }
 
-WebUpdateInfo::WebUpdateInfo(const QString &type, const QString &version, const QString &url,
-                             QObject *parent)
+WebUpdateInfo::WebUpdateInfo(const QString &type, const QString &version, const QString &url, QObject *parent)
     : QObject(parent)
     , m_type(type)
     , m_url(url)

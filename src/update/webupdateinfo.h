@@ -15,10 +15,8 @@ class WebUpdateInfo : public QObject, public BaseObject
     Q_OBJECT
 
 public:
-    WebUpdateInfo(const QString &defaultType, const QJsonObject &json, bool *error,
-                  QObject *parent = nullptr);
-    WebUpdateInfo(const QString &type, const QString &version, const QString &url,
-                  QObject *parent = nullptr);
+    WebUpdateInfo(const QString &defaultType, const QJsonObject &json, bool *error, QObject *parent = nullptr);
+    WebUpdateInfo(const QString &type, const QString &version, const QString &url, QObject *parent = nullptr);
     WebUpdateInfo(const WebUpdateInfo &other);
     ~WebUpdateInfo() override;
 

@@ -22,7 +22,7 @@ private slots:
         // and counts as an option.
         m_previousDir = QDir::currentPath();
         QVERIFY(QDir::setCurrent(m_dir.path()));
-        for (const char *name : {"first.zmr", "second.xml"}) {
+        for (const char *name : { "first.zmr", "second.xml" }) {
             QFile file(QString::fromLatin1(name));
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
@@ -38,24 +38,23 @@ private slots:
         QTest::addColumn<QString>("openFile");
 
         QTest::newRow("nothing") << QStringList() << false << QString();
-        QTest::newRow("/test") << QStringList{"/test"} << true << QString();
-        QTest::newRow("/TESTING") << QStringList{"/TESTING"} << true << QString();
-        QTest::newRow("-Test") << QStringList{"-Test"} << true << QString();
-        QTest::newRow("/test=1") << QStringList{"/test=1"} << true << QString();
-        QTest::newRow("--test is no test option") << QStringList{"--test"} << false << QString();
-        QTest::newRow("other options ignored") << QStringList{"/verbose", "-x"} << false << QString();
-        QTest::newRow("test word without prefix is a file name")
-            << QStringList{"test"} << false << QString();
-        QTest::newRow("existing file") << QStringList{"first.zmr"} << false << QStringLiteral("first.zmr");
+        QTest::newRow("/test") << QStringList { "/test" } << true << QString();
+        QTest::newRow("/TESTING") << QStringList { "/TESTING" } << true << QString();
+        QTest::newRow("-Test") << QStringList { "-Test" } << true << QString();
+        QTest::newRow("/test=1") << QStringList { "/test=1" } << true << QString();
+        QTest::newRow("--test is no test option") << QStringList { "--test" } << false << QString();
+        QTest::newRow("other options ignored") << QStringList { "/verbose", "-x" } << false << QString();
+        QTest::newRow("test word without prefix is a file name") << QStringList { "test" } << false << QString();
+        QTest::newRow("existing file") << QStringList { "first.zmr" } << false << QStringLiteral("first.zmr");
         QTest::newRow("last existing file wins")
-            << QStringList{"first.zmr", "second.xml"} << false << QStringLiteral("second.xml");
+            << QStringList { "first.zmr", "second.xml" } << false << QStringLiteral("second.xml");
         QTest::newRow("missing second keeps the first")
-            << QStringList{"first.zmr", "missing.zmr"} << false << QStringLiteral("first.zmr");
-        QTest::newRow("folder counts as a file") << QStringList{"folder"} << false << QStringLiteral("folder");
+            << QStringList { "first.zmr", "missing.zmr" } << false << QStringLiteral("first.zmr");
+        QTest::newRow("folder counts as a file") << QStringList { "folder" } << false << QStringLiteral("folder");
         QTest::newRow("full path is an option here")
-            << QStringList{QDir::current().absoluteFilePath(QStringLiteral("first.zmr"))} << false << QString();
+            << QStringList { QDir::current().absoluteFilePath(QStringLiteral("first.zmr")) } << false << QString();
         QTest::newRow("options and file mixed")
-            << QStringList{"-testing", "second.xml", "/x"} << true << QStringLiteral("second.xml");
+            << QStringList { "-testing", "second.xml", "/x" } << true << QStringLiteral("second.xml");
     }
 
     void parse()

@@ -5,18 +5,20 @@
 #include <QDir>
 #include <QSettings>
 
-static const char *const kVariables[] = {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR", "XDG_CACHE_HOME"};
+static const char *const kVariables[]
+    = { "HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR", "XDG_CACHE_HOME" };
 
 TestProfile::TestProfile()
 {
     for (const char *name : kVariables)
         m_saved.insert(name, qgetenv(name));
     const QString base = m_dir.path();
-    const QStringList folders{QStringLiteral("home"), QStringLiteral("data"), QStringLiteral("config"),
-                              QStringLiteral("runtime"), QStringLiteral("cache")};
+    const QStringList folders { QStringLiteral("home"), QStringLiteral("data"), QStringLiteral("config"),
+        QStringLiteral("runtime"), QStringLiteral("cache") };
     for (const QString &folder : folders)
         QDir(base).mkpath(folder);
-    QFile::setPermissions(base + QStringLiteral("/runtime"), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    QFile::setPermissions(
+        base + QStringLiteral("/runtime"), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     qputenv("HOME", QFile::encodeName(base + QStringLiteral("/home")));
     qputenv("XDG_DATA_HOME", QFile::encodeName(base + QStringLiteral("/data")));
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(base + QStringLiteral("/config")));
@@ -85,24 +87,22 @@ void TestProfile::unregisterApplication(const QString &subkey) const
     settings.sync();
 }
 
-void TestProfile::registerVersion(const QString &subkey, const QString &applType, const QString &edition,
-                                  const QString &version) const
+void TestProfile::registerVersion(
+    const QString &subkey, const QString &applType, const QString &edition, const QString &version) const
 {
     registerApplication(subkey, versionValues(subkey, applType, edition, version));
 }
 
-QHash<QString, QString> TestProfile::versionValues(const QString &subkey, const QString &applType,
-                                                   const QString &edition, const QString &version)
+QHash<QString, QString> TestProfile::versionValues(
+    const QString &subkey, const QString &applType, const QString &edition, const QString &version)
 {
     const QString product = applType == QLatin1String("launcher") ? QStringLiteral("Vorlix Zanmir Launcher")
                                                                   : QStringLiteral("Vorlix Zanmir Editor");
-    return {{QStringLiteral("DisplayName"), QStringLiteral("%1 %2").arg(product, version)},
-            {QStringLiteral("AppType"), applType},
-            {QStringLiteral("AppName"), product},
-            {QStringLiteral("AppEdition"), edition},
-            {QStringLiteral("AppVersion"), version},
-            {QStringLiteral("EditorPath"), executablePath(subkey)},
-            {QStringLiteral("UninstallString"), uninstallerPath(subkey)}};
+    return { { QStringLiteral("DisplayName"), QStringLiteral("%1 %2").arg(product, version) },
+        { QStringLiteral("AppType"), applType }, { QStringLiteral("AppName"), product },
+        { QStringLiteral("AppEdition"), edition }, { QStringLiteral("AppVersion"), version },
+        { QStringLiteral("EditorPath"), executablePath(subkey) },
+        { QStringLiteral("UninstallString"), uninstallerPath(subkey) } };
 }
 
 QString TestProfile::executablePath(const QString &subkey)
