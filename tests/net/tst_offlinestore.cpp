@@ -1,17 +1,10 @@
-#include "httpaccessutility.h"
-#include "httpfixture.h"
 #include "launchertestmain.h"
 #include "offlinefileinfo.h"
 #include "testfiles.h"
 
 #include <QJsonArray>
-#include <QTemporaryDir>
 
-using Entries = QList<QPair<int, QString>>;
-Q_DECLARE_METATYPE(Entries)
-
-static const QString kPageA = QStringLiteral("http://127.0.0.1:9/Zanmir/Launcher/news.html");
-static const QString kPageB = QStringLiteral("http://127.0.0.1:9/Zanmir/Launcher/howto.html");
+static const QString kPage = QStringLiteral("http://127.0.0.1:9/Zanmir/Launcher/news.html");
 
 // The offline page store: the index, the numbered page files beside it, and
 // the log lines that tell what happened.
@@ -29,23 +22,14 @@ private:
     TestProfile *m_profile;
     ProcessLauncher *m_launcher;
 
-    QString folder() const { return m_profile->launcherFolder(false); }
-    QString indexPath() const { return folder() + QStringLiteral("/OfflineFiles.json"); }
-    QString pagePath(int serialNo) const
+    QString path(const QString &name) const { return m_profile->launcherFolder(false) + QLatin1Char('/') + name; }
+    QString indexPath() const { return path(QStringLiteral("OfflineFiles.json")); }
+    // The index entries as "serial url", in file order.
+    QStringList index() const
     {
-        return folder() + QStringLiteral("/%1.html").arg(serialNo, 8, 10, QLatin1Char('0'));
-    }
-    QString log() const
-    {
-        return QString::fromUtf8(TestFiles::read(m_profile->logFile(QCoreApplication::applicationName())));
-    }
-
-    Entries indexEntries() const
-    {
-        Entries entries;
-        const QJsonArray array = TestFiles::readObject(indexPath()).value("offlinefiles").toArray();
-        for (const QJsonValue &value : array)
-            entries.append({ value.toObject().value("serial_no").toInt(-1), value.toObject().value("url").toString() });
+        QStringList entries;
+        for (const QJsonValue &entry : TestFiles::readObject(indexPath()).value("offlinefiles").toArray())
+            entries.append(QString::number(entry["serial_no"].toInt(-1)) + ' ' + entry["url"].toString());
         return entries;
     }
 
@@ -53,134 +37,76 @@ private slots:
     // Every case starts from an empty launcher folder and a fresh store.
     void init()
     {
-        QDir(folder()).removeRecursively();
-        QVERIFY(QDir().mkpath(folder()));
+        QDir(path(QString())).removeRecursively();
+        QVERIFY(QDir().mkpath(path(QString())));
         QVERIFY(m_launcher->readOfflineFileInfo());
     }
 
-    void firstSaveGetsSerialOne()
+    void save_data()
     {
-        QVERIFY(m_launcher->saveOfflineFile(kPageA, QStringLiteral("<html>news</html>")));
-        QCOMPARE(indexEntries(), (Entries { { 0, QString() }, { 1, kPageA } }));
-        QCOMPARE(TestFiles::read(folder() + QStringLiteral("/00000001.html")), QByteArray("<html>news</html>"));
-        QCOMPARE(m_launcher->restoreOfflineFile(kPageA), QStringLiteral("<html>news</html>"));
+        // Index to start from (empty: a fresh one), URLs saved in turn as "page 1",
+        // "page 2"..., the index then, and one page file with its contents.
+        QTest::addColumn<QByteArray>("start");
+        QTest::addColumn<QStringList>("urls");
+        QTest::addColumn<QStringList>("index");
+        QTest::addColumn<QString>("page");
+        const QByteArray serials125 = R"({"offlinefiles": [{"serial_no": 2, "url": "two"}, {"serial_no": 0, "url": ""},
+            {"serial_no": 5, "url": "five"}, {"serial_no": 1, "url": "one"}]})";
+        // clang-format off
+        QTest::newRow("first save") << QByteArray() << QStringList { kPage } << QStringList { "0 ", "1 " + kPage } << "00000001.html=page 1";
+        QTest::newRow("same URL twice") << QByteArray() << QStringList { kPage, kPage } << QStringList { "0 ", "1 " + kPage } << "00000001.html=page 2";
+        QTest::newRow("fragment") << QByteArray() << QStringList { "http://h/a#2.1", "http://h/a#2.2" } << QStringList { "1 http://h/a#2.1", "0 ", "2 http://h/a#2.2" } << "00000002.html=page 2";
+        QTest::newRow("letter case") << QByteArray() << QStringList { "http://h/A", "http://h/a" } << QStringList { "1 http://h/A", "0 ", "2 http://h/a" } << "00000002.html=page 2";
+        QTest::newRow("serials 1, 2, 5") << serials125 << QStringList { "six" } << QStringList { "5 five", "2 two", "1 one", "0 ", "6 six" } << "00000006.html=page 1";
+        // clang-format on
     }
 
-    void sameUrlKeepsItsSerial()
+    void save()
     {
-        QVERIFY(m_launcher->saveOfflineFile(kPageA, QStringLiteral("first")));
-        // Saving a known URL must not touch the index: without its file, the
-        // index would come back if it were written.
-        QVERIFY(QFile::remove(indexPath()));
-        QVERIFY(m_launcher->saveOfflineFile(kPageA, QStringLiteral("second")));
-        QVERIFY(!QFile::exists(indexPath()));
-        QCOMPARE(TestFiles::read(pagePath(1)), QByteArray("second"));
-        QVERIFY(!QFile::exists(pagePath(2)));
-    }
+        QFETCH(QByteArray, start);
+        QFETCH(QStringList, urls);
+        QFETCH(QStringList, index);
+        QFETCH(QString, page);
 
-    void urlsAreComparedExactly_data()
-    {
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<QString>("second");
-        QTest::newRow("fragment") << "http://127.0.0.1:9/h.html#2.1.0"
-                                  << "http://127.0.0.1:9/h.html#2.2.0";
-        QTest::newRow("letter case") << "http://127.0.0.1:9/News.html"
-                                     << "http://127.0.0.1:9/news.html";
-    }
-
-    void urlsAreComparedExactly()
-    {
-        QFETCH(QString, first);
-        QFETCH(QString, second);
-
-        QVERIFY(m_launcher->saveOfflineFile(first, QStringLiteral("page one")));
-        QVERIFY(m_launcher->saveOfflineFile(second, QStringLiteral("page two")));
-        QCOMPARE(indexEntries(), (Entries { { 1, first }, { 0, QString() }, { 2, second } }));
-        QCOMPARE(m_launcher->restoreOfflineFile(first), QStringLiteral("page one"));
-        QCOMPARE(m_launcher->restoreOfflineFile(second), QStringLiteral("page two"));
-    }
-
-    void newSerialIsOneAboveTheHighest()
-    {
-        QVERIFY(TestFiles::write(indexPath(),
-            "{\"offlinefiles\": [{\"serial_no\": 2, \"url\": \"two\"}, {\"serial_no\": 0, \"url\": \"\"}, "
-            "{\"serial_no\": 5, \"url\": \"five\"}, {\"serial_no\": 1, \"url\": \"one\"}]}"));
-        QVERIFY(m_launcher->readOfflineFileInfo());
-        QVERIFY(m_launcher->saveOfflineFile(QStringLiteral("six"), QStringLiteral("page six")));
-        QCOMPARE(
-            indexEntries(), (Entries { { 5, "five" }, { 2, "two" }, { 1, "one" }, { 0, QString() }, { 6, "six" } }));
-        QCOMPARE(TestFiles::read(pagePath(6)), QByteArray("page six"));
-    }
-
-    void emptyUrlFindsSerialZero()
-    {
-        QCOMPARE(m_launcher->getOfflineFileInfo(QString()).getSerialNo(), 0);
-        // The entry of serial 0 has no page, so a save makes an entry of its own.
-        QVERIFY(m_launcher->saveOfflineFile(QString(), QStringLiteral("no address")));
-        QCOMPARE(indexEntries(), (Entries { { 0, QString() }, { 1, QString() } }));
-        QCOMPARE(TestFiles::read(pagePath(1)), QByteArray("no address"));
+        if (!start.isEmpty())
+            QVERIFY(TestFiles::write(indexPath(), start) && m_launcher->readOfflineFileInfo());
+        for (int i = 0; i < urls.size(); ++i)
+            QVERIFY(m_launcher->saveOfflineFile(urls.at(i), QStringLiteral("page %1").arg(i + 1)));
+        QCOMPARE(this->index(), index);
+        QCOMPARE(TestFiles::read(path(page.section('=', 0, 0))), page.section('=', 1).toUtf8());
+        QCOMPARE(m_launcher->restoreOfflineFile(urls.last()), page.section('=', 1));
     }
 
     void restoreFailures()
     {
-        QCOMPARE(m_launcher->restoreOfflineFile(kPageB), QString());
-        QVERIFY(log().contains(
-            QStringLiteral("OfflineFile::restoreOfflineFile: Failed to retrieve OfflineFileInfo: URL[%1]\n")
-                .arg(kPageB)));
-
+        QCOMPARE(m_launcher->getOfflineFileInfo(QString()).getSerialNo(), 0);
+        QCOMPARE(m_launcher->restoreOfflineFile(kPage), QString());
+        const QString log = TestFiles::read(m_profile->logFile(QCoreApplication::applicationName()));
+        QVERIFY(
+            log.contains("OfflineFile::restoreOfflineFile: Failed to retrieve OfflineFileInfo: URL[" + kPage + "]\n"));
         // A page file deleted by hand.
-        QVERIFY(m_launcher->saveOfflineFile(kPageA, QStringLiteral("news")));
-        QVERIFY(QFile::remove(pagePath(1)));
-        QCOMPARE(m_launcher->restoreOfflineFile(kPageA), QString());
-        QCOMPARE(indexEntries(), (Entries { { 0, QString() }, { 1, kPageA } }));
+        QVERIFY(m_launcher->saveOfflineFile(kPage, QStringLiteral("news")));
+        QVERIFY(QFile::remove(path(QStringLiteral("00000001.html"))));
+        QCOMPARE(m_launcher->restoreOfflineFile(kPage), QString());
     }
 
     void unreadableIndexIsRebuilt()
     {
-        QVERIFY(m_launcher->saveOfflineFile(kPageA, QStringLiteral("old news")));
-        QVERIFY(m_launcher->saveOfflineFile(kPageB, QStringLiteral("old howto")));
+        QVERIFY(m_launcher->saveOfflineFile(QStringLiteral("old"), QStringLiteral("old page")));
         QVERIFY(TestFiles::write(indexPath(), "{\"offlinefiles\": [{\"serial_no\": 1, \"url\": \""));
-
         QVERIFY(m_launcher->readOfflineFileInfo());
-        QCOMPARE(indexEntries(), (Entries { { 0, QString() } }));
-        QCOMPARE(m_launcher->restoreOfflineFile(kPageA), QString());
-        // The numbers start again from 1 and overwrite the orphaned pages.
-        QVERIFY(m_launcher->saveOfflineFile(kPageB, QStringLiteral("new howto")));
-        QCOMPARE(TestFiles::read(pagePath(1)), QByteArray("new howto"));
-        QCOMPARE(TestFiles::read(pagePath(2)), QByteArray("old howto"));
-    }
-
-    void emptyIndexGetsSerialZeroBack()
-    {
-        QVERIFY(TestFiles::write(indexPath(), "{\"offlinefiles\": []}"));
-        QVERIFY(m_launcher->readOfflineFileInfo());
-        QVERIFY(m_launcher->saveOfflineFile(kPageA, QStringLiteral("news")));
-        QCOMPARE(indexEntries(), (Entries { { 0, QString() }, { 1, kPageA } }));
+        QCOMPARE(index(), QStringList { "0 " });
+        // The numbers start again from 1 and overwrite the orphaned page.
+        QVERIFY(m_launcher->saveOfflineFile(kPage, QStringLiteral("new page")));
+        QCOMPARE(TestFiles::read(path(QStringLiteral("00000001.html"))), QByteArray("new page"));
     }
 
     void failedIndexWriteSavesNoPage()
     {
-        QVERIFY(QFile::remove(indexPath()));
-        QVERIFY(QDir().mkdir(indexPath()));
-        QVERIFY(!m_launcher->saveOfflineFile(kPageA, QStringLiteral("news")));
-        QVERIFY(!QFile::exists(pagePath(1)));
+        QVERIFY(QFile::remove(indexPath()) && QDir().mkdir(indexPath()));
+        QVERIFY(!m_launcher->saveOfflineFile(kPage, QStringLiteral("news")));
+        QVERIFY(!QFile::exists(path(QStringLiteral("00000001.html"))));
         QVERIFY(QDir().rmdir(indexPath()));
-    }
-
-    void offlineCopyStandsInForTheServer()
-    {
-        QTemporaryDir serverFolder;
-        QVERIFY(TestFiles::write(serverFolder.filePath(QStringLiteral("updateinfo.json")), "{\"launcher\": [1]}\n"));
-        FileStoreServer store(serverFolder.path());
-        QVERIFY2(store.start(), qPrintable(store.output()));
-        const QString url = store.url(QStringLiteral("/updateinfo.json"));
-
-        HTTPAccessUtility http;
-        QVERIFY(http.get(url));
-        QVERIFY(m_launcher->saveOfflineFile(url, http.getBody()));
-        store.stop();
-        QVERIFY(!http.get(url));
-        QCOMPARE(m_launcher->restoreOfflineFile(url), QStringLiteral("{\"launcher\": [1]}\n"));
     }
 };
 
