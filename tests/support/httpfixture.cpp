@@ -1,16 +1,13 @@
 #include "httpfixture.h"
 
-#include <QElapsedTimer>
-#include <QPointer>
-#include <QProcess>
+#include <QDeadlineTimer>
 #include <QRegularExpression>
 #include <QTcpSocket>
-#include <QTimer>
 
-HttpFixture::HttpFixture(QObject *parent)
-    : QObject(parent)
+bool HttpFixture::listen()
 {
-    connect(&m_server, SIGNAL(newConnection()), this, SLOT(acceptConnection()));
+    connect(&m_server, SIGNAL(newConnection()), this, SLOT(acceptConnection()), Qt::UniqueConnection);
+    return m_server.listen(QHostAddress::LocalHost, 0);
 }
 
 void HttpFixture::acceptConnection()
@@ -24,34 +21,17 @@ void HttpFixture::acceptConnection()
 void HttpFixture::readRequest()
 {
     auto *socket = qobject_cast<QTcpSocket *>(sender());
-    // The head may come in pieces; GET requests carry no body, so the blank
-    // line ends the request.
-    const QByteArray request = socket->property("request").toByteArray() + socket->readAll();
-    socket->setProperty("request", request);
-    if (!request.contains("\r\n\r\n"))
+    // The head may come in pieces; the blank line ends it, as GET has no body.
+    if (!socket->peek(socket->bytesAvailable()).contains("\r\n\r\n"))
         return;
-    disconnect(socket, SIGNAL(readyRead()), this, SLOT(readRequest()));
-
+    const QByteArray request = socket->readAll();
     const QString path = QString::fromLatin1(request.left(request.indexOf("\r\n")).split(' ').value(1));
-    m_requestCounts[path] += 1;
-    const Answer scripted = m_answers.value(path, status(404, "Not Found", "no such page"));
-    QPointer<QTcpSocket> guarded(socket);
-    QTimer::singleShot(scripted.delayMs, this, [this, guarded, scripted]() {
-        if (guarded)
-            answer(guarded, scripted);
-    });
-}
-
-void HttpFixture::answer(QTcpSocket *socket, const Answer &answer)
-{
-    if (answer.dropConnection) {
+    const Answer answer = m_answers.value(path, status(404, "Not Found", "no such page"));
+    if (answer.status.isEmpty()) {
         socket->abort();
-        socket->deleteLater();
         return;
     }
-    QByteArray head = "HTTP/1.1 " + QByteArray::number(answer.status) + ' ' + answer.reason + "\r\n";
-    for (const auto &header : answer.headers)
-        head += header.first + ": " + header.second + "\r\n";
+    QByteArray head = "HTTP/1.1 " + answer.status + "\r\n" + answer.headers;
     if (answer.withLength)
         head += "Content-Length: " + QByteArray::number(answer.body.size()) + "\r\n";
     // One request per connection keeps the scripted cases independent.
@@ -59,46 +39,20 @@ void HttpFixture::answer(QTcpSocket *socket, const Answer &answer)
     socket->disconnectFromHost();
 }
 
-bool FileStoreServer::start(int timeoutMs)
+bool FileStoreServer::start()
 {
-    stop();
-    m_output.clear();
-    m_process = new QProcess;
-    m_process->setProcessChannelMode(QProcess::MergedChannels);
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
     // On port 0 the server binds a free port and names it once it listens.
-    m_process->start(QStringLiteral("python3"),
-        { QStringLiteral("-u"), QStringLiteral("-m"), QStringLiteral("http.server"), QStringLiteral("--bind"),
-            QStringLiteral("127.0.0.1"), QStringLiteral("--directory"), m_directory, QStringLiteral("0") });
-    const QRegularExpression serving(QStringLiteral(" port (\\d+) "));
-    QElapsedTimer elapsed;
-    elapsed.start();
-    while (m_process->waitForReadyRead(int(qMax<qint64>(0, timeoutMs - elapsed.elapsed())))) {
-        m_output += m_process->readAll();
-        const QRegularExpressionMatch match = serving.match(QString::fromLocal8Bit(m_output));
+    m_process.start(QStringLiteral("python3"),
+        QStringLiteral("-u -m http.server --bind 127.0.0.1 --directory").split(' ') << m_directory << "0");
+    const QDeadlineTimer deadline(15000);
+    while (m_process.waitForReadyRead(int(deadline.remainingTime()))) {
+        m_output += m_process.readAll();
+        const QRegularExpressionMatch match = QRegularExpression(QStringLiteral(" port (\\d+) ")).match(output());
         if (match.hasMatch()) {
             m_port = match.captured(1).toUShort();
             return true;
         }
     }
     return false;
-}
-
-void FileStoreServer::stop()
-{
-    if (m_process) {
-        m_process->kill();
-        m_process->waitForFinished(5000);
-    }
-    delete m_process;
-    m_process = nullptr;
-}
-
-bool FileStoreServer::isRunning() const
-{
-    return m_process && m_process->state() == QProcess::Running;
-}
-
-QString FileStoreServer::output() const
-{
-    return QString::fromLocal8Bit(m_output + (m_process ? m_process->readAll() : QByteArray()));
 }

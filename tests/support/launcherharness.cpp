@@ -3,136 +3,71 @@
 #include "testfiles.h"
 
 #include <QDir>
-#include <QHostAddress>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTcpServer>
 #include <QtTest>
 
-namespace {
-
-QList<QJsonDocument> readJsonLines(const QString &path)
+// The lines of a JSON-lines file, as the watchdog and the sample editor write.
+static QList<QByteArray> jsonLines(const QString &path)
 {
-    QList<QJsonDocument> documents;
-    const QList<QByteArray> lines = TestFiles::read(path).split('\n');
-    for (const QByteArray &line : lines) {
-        if (!line.isEmpty())
-            documents.append(QJsonDocument::fromJson(line));
-    }
-    return documents;
+    QList<QByteArray> lines = TestFiles::read(path).split('\n');
+    lines.removeAll(QByteArray());
+    return lines;
 }
-
-// A loopback port on which nothing listens right now.
-quint16 unusedLoopbackPort()
-{
-    QTcpServer server;
-    if (!server.listen(QHostAddress::LocalHost, 0))
-        return 9;
-    const quint16 port = server.serverPort();
-    server.close();
-    return port;
-}
-
-void appendOptions(QProcessEnvironment &environment, const QString &name, const QString &options)
-{
-    const QString present = environment.value(name);
-    environment.insert(name, present.isEmpty() ? options : present + QLatin1Char(':') + options);
-}
-
-} // namespace
-
-LauncherRun::LauncherRun(QObject *parent, const QString &dialogLog)
-    : QObject(parent)
-    , m_process(this)
-    , m_dialogLog(dialogLog)
-{ }
 
 LauncherRun::~LauncherRun()
 {
-    kill();
-}
-
-void LauncherRun::kill()
-{
-    if (!isRunning())
-        return;
     m_process.kill();
     m_process.waitForFinished(5000);
 }
 
 bool LauncherRun::waitForFinished(int msecs)
 {
-    if (!isRunning())
+    if (!isRunning() || m_process.waitForFinished(msecs))
         return !m_timedOut;
-    if (m_process.waitForFinished(msecs))
-        return true;
     m_timedOut = true;
-    kill();
+    m_process.kill();
+    m_process.waitForFinished(5000);
     return false;
-}
-
-void LauncherRun::stop()
-{
-    if (!isRunning())
-        return;
-    m_process.terminate();
-    if (!m_process.waitForFinished(10000))
-        kill();
-}
-
-QString LauncherRun::standardError()
-{
-    m_standardError.append(m_process.readAllStandardError());
-    return QString::fromLocal8Bit(m_standardError);
 }
 
 QList<DialogRecord> LauncherRun::dialogs() const
 {
     QList<DialogRecord> records;
-    const QList<QJsonDocument> lines = readJsonLines(m_dialogLog);
-    for (const QJsonDocument &line : lines) {
-        const auto value = [&line](const char *key) { return line.object().value(QLatin1String(key)).toString(); };
-        records.append({ value("icon"), value("title"), value("text"), value("button"), value("class") });
+    for (const QByteArray &line : jsonLines(m_dialogLog)) {
+        const QJsonObject record = QJsonDocument::fromJson(line).object();
+        records.append({ record["icon"].toString(), record["title"].toString(), record["text"].toString(),
+            record["button"].toString() });
     }
     return records;
 }
 
-QString LauncherRun::describe()
+QString LauncherRun::describe() const
 {
-    QString text = m_timedOut              ? QStringLiteral("timed out and killed")
-        : crashed()                        ? QStringLiteral("crashed")
-        : exitCode() == kSanitizerExitCode ? QStringLiteral("sanitizer report")
-                                           : QStringLiteral("exit code %1").arg(exitCode());
-    const QList<DialogRecord> records = dialogs();
-    for (const DialogRecord &record : records)
+    QString text = m_timedOut                           ? QStringLiteral("timed out and killed")
+        : m_process.exitStatus() == QProcess::CrashExit ? QStringLiteral("crashed")
+                                                        : QStringLiteral("exit code %1").arg(m_process.exitCode());
+    for (const DialogRecord &record : dialogs())
         text += QStringLiteral("\n  dialog [%1] %2: %3").arg(record.icon, record.title, record.text);
-    text += QStringLiteral("\n  stderr: ") + standardError().right(8000);
     return text;
 }
 
 LauncherHarness::LauncherHarness()
-    : m_serverBase(QStringLiteral("http://127.0.0.1:%1").arg(unusedLoopbackPort()))
 {
-    QDir().mkpath(projectsFolder());
+    QTcpServer unused;
+    unused.listen(QHostAddress::LocalHost, 0);
+    m_serverBase = QStringLiteral("http://127.0.0.1:%1").arg(unused.serverPort());
+    QDir().mkpath(projectPath(QString()));
 }
 
-LauncherHarness::~LauncherHarness()
-{
-    // The runs go before the profile folder they work in.
-    const QList<LauncherRun *> runs = findChildren<LauncherRun *>(QString(), Qt::FindDirectChildrenOnly);
-    qDeleteAll(runs);
-}
-
-QProcessEnvironment LauncherHarness::environment() const
+QProcessEnvironment LauncherHarness::environment(const QString &dialogLog) const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    const QString root = m_profile.root();
-    environment.insert(QStringLiteral("HOME"), root + QStringLiteral("/home"));
-    environment.insert(QStringLiteral("XDG_DATA_HOME"), root + QStringLiteral("/data"));
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), root + QStringLiteral("/config"));
-    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), root + QStringLiteral("/runtime"));
-    environment.insert(QStringLiteral("XDG_CACHE_HOME"), root + QStringLiteral("/cache"));
+    // This profile's folders, whatever another profile did to the test's own.
+    for (const QString &entry : QStringList { "HOME=home", "XDG_DATA_HOME=data", "XDG_CONFIG_HOME=config",
+             "XDG_RUNTIME_DIR=runtime", "XDG_CACHE_HOME=cache" })
+        environment.insert(entry.section('=', 0, 0), m_profile.root() + '/' + entry.section('=', 1));
     // Only loopback traffic, and never through a proxy of the machine.
     for (const char *name : { "HTTP_PROXY", "HTTP_PROXY_CREDENTIALS", "http_proxy", "HTTPS_PROXY", "https_proxy",
              "ALL_PROXY", "all_proxy", "NO_PROXY", "no_proxy" })
@@ -142,14 +77,15 @@ QProcessEnvironment LauncherHarness::environment() const
     environment.insert(QStringLiteral("ZANMIR_PUBLIC_HOST"), QStringLiteral("localhost"));
     // "offscreen" leaks its screen at exit, which a sanitizer build reports.
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("minimal"));
-    environment.insert(QStringLiteral("ZANMIR_SAMPLE_EDITOR_LOG"), root + QStringLiteral("/sample-editor.log"));
-    environment.insert(QStringLiteral("LD_PRELOAD"), watchdogLibrary());
+    environment.insert(
+        QStringLiteral("ZANMIR_SAMPLE_EDITOR_LOG"), m_profile.root() + QStringLiteral("/sample-editor.log"));
+    environment.insert(QStringLiteral("ZANMIR_TEST_DIALOG_LOG"), dialogLog);
+    environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(ZANMIR_DIALOG_WATCHDOG_LIBRARY));
     // The preloaded watchdog comes ahead of the sanitizer runtime, which is
     // harmless; a sanitizer report gets an exit status of its own.
-    const QString exitCode = QStringLiteral("exitcode=%1").arg(LauncherRun::kSanitizerExitCode);
-    appendOptions(environment, QStringLiteral("ASAN_OPTIONS"), QStringLiteral("verify_asan_link_order=0:") + exitCode);
-    appendOptions(environment, QStringLiteral("UBSAN_OPTIONS"), exitCode);
-
+    const QString asan = QStringLiteral("ASAN_OPTIONS"), ubsan = QStringLiteral("UBSAN_OPTIONS");
+    environment.insert(asan, environment.value(asan) + QStringLiteral(":verify_asan_link_order=0:exitcode=86"));
+    environment.insert(ubsan, environment.value(ubsan) + QStringLiteral(":exitcode=86"));
     for (auto it = m_environment.constBegin(); it != m_environment.constEnd(); ++it) {
         if (it.value().isEmpty())
             environment.remove(it.key());
@@ -159,36 +95,26 @@ QProcessEnvironment LauncherHarness::environment() const
     return environment;
 }
 
-bool LauncherHarness::registerVersions(const QStringList &versions, const QString &launcherVersion, QString *errorText)
+bool LauncherHarness::registerVersions(const QStringList &versions, const QString &launcherVersion)
 {
     QProcess script;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("LD_PRELOAD"));
-    script.setProcessEnvironment(environment);
-    const QStringList arguments = QStringList { registerScript(), QStringLiteral("--launcher-version"), launcherVersion,
-        QStringLiteral("--launcher-path"), launcherBinary(), m_profile.root(), sampleEditorBinary() }
-        + versions;
-    script.start(QStringLiteral("python3"), arguments);
-    const bool ok
-        = script.waitForFinished(30000) && script.exitStatus() == QProcess::NormalExit && script.exitCode() == 0;
-    if (!ok && errorText)
-        *errorText = QString::fromLocal8Bit(script.readAllStandardError()) + script.errorString();
-    return ok;
+    script.setProcessChannelMode(QProcess::ForwardedErrorChannel); // complaints go to the test's output
+    script.start(QStringLiteral("python3"),
+        QStringList { QStringLiteral(ZANMIR_REGISTER_SCRIPT), QStringLiteral("--launcher-version"), launcherVersion,
+            QStringLiteral("--launcher-path"), QStringLiteral(ZANMIR_LAUNCHER_BINARY), m_profile.root(),
+            QStringLiteral(ZANMIR_SAMPLE_EDITOR_BINARY) }
+            + versions);
+    return script.waitForFinished(30000) && script.exitStatus() == QProcess::NormalExit && script.exitCode() == 0;
 }
 
 LauncherRun *LauncherHarness::start(const QStringList &arguments)
 {
-    const QString dialogLog = m_profile.root() + QStringLiteral("/dialogs-%1.jsonl").arg(++m_runCount);
-    QProcessEnvironment environment = this->environment();
-    environment.insert(QStringLiteral("ZANMIR_TEST_DIALOG_LOG"), dialogLog);
-
-    auto *run = new LauncherRun(this, dialogLog);
-    run->m_process.setProcessEnvironment(environment);
-    run->m_process.setWorkingDirectory(projectsFolder());
-    run->m_process.setProgram(launcherBinary());
-    run->m_process.setArguments(arguments);
-    run->m_process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
-    run->m_process.start();
+    const QString dialogLog = m_profile.root() + QStringLiteral("/dialogs-%1.jsonl").arg(m_runs.size() + 1);
+    LauncherRun *run = &m_runs.emplace_back(dialogLog);
+    run->m_process.setProcessEnvironment(environment(dialogLog));
+    run->m_process.setWorkingDirectory(projectPath(QString()));
+    run->m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+    run->m_process.start(QStringLiteral(ZANMIR_LAUNCHER_BINARY), arguments);
     run->m_process.waitForStarted(10000);
     return run;
 }
@@ -205,17 +131,11 @@ QString LauncherHarness::launcherLog() const
     return QString::fromUtf8(TestFiles::read(m_profile.logFile(QStringLiteral("ZanmirLauncher"))));
 }
 
-bool LauncherHarness::waitForLog(const QString &text, int msecs) const
-{
-    return QTest::qWaitFor([&]() { return launcherLog().contains(text); }, msecs);
-}
-
 QList<QStringList> LauncherHarness::editorStarts() const
 {
     QList<QStringList> starts;
-    const QList<QJsonDocument> lines = readJsonLines(m_profile.root() + QStringLiteral("/sample-editor.log"));
-    for (const QJsonDocument &line : lines)
-        starts.append(line.toVariant().toStringList());
+    for (const QByteArray &line : jsonLines(m_profile.root() + QStringLiteral("/sample-editor.log")))
+        starts.append(QJsonDocument::fromJson(line).toVariant().toStringList());
     return starts;
 }
 
