@@ -161,7 +161,7 @@ private slots:
 
 int main(int argc, char *argv[])
 {
-    // No traffic may leave this machine.
+    qputenv("ZANMIR_PUBLIC_HOST", "localhost"); // no traffic may leave this machine
     qputenv("ZANMIR_SERVER_BASE", "http://127.0.0.1:9");
     qunsetenv("HTTP_PROXY");
     return runLauncherTest<TestEditorLaunch>(argc, argv);
