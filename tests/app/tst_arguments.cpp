@@ -1,71 +1,45 @@
 #include "processlauncher.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QtTest>
 
-// The command line: options switch test mode, existing files become the
-// project to open, the last one winning.
+// Options switch test mode; the last existing file is the project to open.
 class TestArguments : public QObject
 {
     Q_OBJECT
 
-private:
     QTemporaryDir m_dir;
-    QString m_previousDir;
 
 private slots:
     void initTestCase()
     {
-        // Relative names, since on this system a full path begins with "/"
-        // and counts as an option.
-        m_previousDir = QDir::currentPath();
-        QVERIFY(QDir::setCurrent(m_dir.path()));
-        for (const char *name : { "first.zmr", "second.xml" }) {
-            QFile file(QString::fromLatin1(name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-        }
-        QVERIFY(QDir().mkdir(QStringLiteral("folder")));
+        // Relative names, since a full path begins with "/" and counts as an option.
+        QVERIFY(QDir::setCurrent(m_dir.path()) && QDir().mkdir("folder"));
+        QVERIFY(QFile("first.zmr").open(QIODevice::WriteOnly) && QFile("second.xml").open(QIODevice::WriteOnly));
     }
-
-    void cleanupTestCase() { QDir::setCurrent(m_previousDir); }
 
     void parse_data()
     {
         QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<bool>("testMode");
-        QTest::addColumn<QString>("openFile");
-
-        QTest::newRow("nothing") << QStringList() << false << QString();
-        QTest::newRow("/test") << QStringList { "/test" } << true << QString();
-        QTest::newRow("/TESTING") << QStringList { "/TESTING" } << true << QString();
-        QTest::newRow("-Test") << QStringList { "-Test" } << true << QString();
-        QTest::newRow("/test=1") << QStringList { "/test=1" } << true << QString();
-        QTest::newRow("--test is no test option") << QStringList { "--test" } << false << QString();
-        QTest::newRow("other options ignored") << QStringList { "/verbose", "-x" } << false << QString();
-        QTest::newRow("test word without prefix is a file name") << QStringList { "test" } << false << QString();
-        QTest::newRow("existing file") << QStringList { "first.zmr" } << false << QStringLiteral("first.zmr");
-        QTest::newRow("last existing file wins")
-            << QStringList { "first.zmr", "second.xml" } << false << QStringLiteral("second.xml");
-        QTest::newRow("missing second keeps the first")
-            << QStringList { "first.zmr", "missing.zmr" } << false << QStringLiteral("first.zmr");
-        QTest::newRow("folder counts as a file") << QStringList { "folder" } << false << QStringLiteral("folder");
-        QTest::newRow("full path is an option here")
-            << QStringList { QDir::current().absoluteFilePath(QStringLiteral("first.zmr")) } << false << QString();
-        QTest::newRow("options and file mixed")
-            << QStringList { "-testing", "second.xml", "/x" } << true << QStringLiteral("second.xml");
+        QTest::addColumn<QString>("expected"); // test mode, then the file to open
+        // clang-format off
+        QTest::newRow("/TESTING") << QStringList { "/TESTING" } << "on ";
+        QTest::newRow("-Test") << QStringList { "-Test" } << "on ";
+        QTest::newRow("/test=1") << QStringList { "/test=1" } << "on ";
+        QTest::newRow("--test") << QStringList { "--test" } << "off ";
+        QTest::newRow("last existing file wins") << QStringList { "first.zmr", "second.xml" } << "off second.xml";
+        QTest::newRow("missing second keeps the first") << QStringList { "first.zmr", "missing.zmr" } << "off first.zmr";
+        QTest::newRow("a folder counts") << QStringList { "folder" } << "off folder";
+        QTest::newRow("a full path is an option") << QStringList { m_dir.filePath("first.zmr") } << "off ";
+        // clang-format on
     }
 
     void parse()
     {
         QFETCH(QStringList, arguments);
-        QFETCH(bool, testMode);
-        QFETCH(QString, openFile);
-
+        QFETCH(QString, expected);
         QString openFilePath;
-        QCOMPARE(ProcessLauncher::parseArguments(arguments, openFilePath), testMode);
-        QCOMPARE(openFilePath, openFile);
+        const bool testMode = ProcessLauncher::parseArguments(arguments, openFilePath);
+        QCOMPARE(QString(testMode ? "on " : "off ") + openFilePath, expected);
     }
 };
 

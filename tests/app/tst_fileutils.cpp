@@ -5,99 +5,67 @@
 #include "textfilereader.h"
 #include "textfilewriter.h"
 
-#include <QDir>
-#include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QtTest>
 
 class TestFileUtils : public QObject
 {
     Q_OBJECT
 
-private:
     QTemporaryDir m_dir;
-
     QString path(const QString &name) const { return m_dir.filePath(name); }
 
 private slots:
     void readerFailures()
     {
-        const QStringList files { path("missing.txt"), path("empty.txt"), path("a-folder") };
-        QVERIFY(TestFiles::write(files.at(1), QByteArray()));
-        QVERIFY(QDir().mkpath(files.at(2))); // exists, but no user can read it as a file
-        const QStringList texts { "File does not exist: ", "Blank contents in file: ", "Failed to read from file: " };
-        for (int i = 0; i < files.size(); ++i) {
-            TextFileReader reader(files.at(i));
+        // "a" is missing, "b" blank, "c" a folder, which exists but reads as no file; "d" has a trailing comma.
+        QVERIFY(TestFiles::write(path("b"), {}) && QDir().mkpath(path("c")) && TestFiles::write(path("d"), "[1,]"));
+        const QStringList all { "File does not exist: a", "Blank contents in file: b", "Failed to read from file: c" };
+        for (const QString &text : all) {
+            TextFileReader reader(path(text.section(": ", 1)));
             QVERIFY(!reader.read());
-            QCOMPARE(reader.getErrorText(), texts.at(i) + files.at(i));
+            QCOMPARE(reader.getErrorText().remove(m_dir.path() + '/'), text);
         }
-    }
-
-    void jsonErrorText()
-    {
-        QVERIFY(TestFiles::write(path("doc.json"), "{\"a\": 1,}"));
-        JsonFileReader reader(path("doc.json"));
-        QVERIFY(!reader.parse());
-        QVERIFY(reader.getDocument().isNull());
-        const QRegularExpression text("^Failed to parse JSON document: code\\[([1-9]\\d*)\\] message\\[.+\\]$");
-        QVERIFY2(text.match(reader.getErrorText()).hasMatch(), qPrintable(reader.getErrorText()));
+        JsonFileReader json(path("d"));
+        QVERIFY(!json.parse() && json.getDocument().isNull());
+        QVERIFY(json.getErrorText().contains(
+            QRegularExpression("^Failed to parse JSON document: code\\[[1-9]\\d*\\] message\\[.+\\]$")));
     }
 
     void textWriter()
     {
-        const QString file = path("state.json");
-        TextFileWriter writer(file);
-        QVERIFY(writer.writeNew("a much longer first text\n"));
-        QVERIFY(writer.writeNew("short"));
-        QCOMPARE(TestFiles::read(file), QByteArray("short"));
-        TextFileWriter fresh(path("fresh.json"));
-        QVERIFY(fresh.replace("new"));
-        QCOMPARE(TestFiles::read(path("fresh.json")), QByteArray("new"));
-
-        // A replace that cannot remove (a non-empty folder stops root too)
-        // fails and leaves the error text of the previous failure.
-        const QString nowhere = path("no/such/folder/x");
-        TextFileWriter blocked(nowhere);
-        QVERIFY(!blocked.writeNew("x"));
-        QCOMPARE(blocked.getErrorText(), "Failed to open new file: " + nowhere);
-        QVERIFY(QDir().mkpath(path("blocked/inside")));
-        blocked.setFileName(path("blocked"));
-        QVERIFY(!blocked.replace("new"));
-        QCOMPARE(blocked.getErrorText(), "Failed to open new file: " + nowhere);
+        TextFileWriter writer(path("none/x"));
+        QVERIFY(!writer.writeNew("x"));
+        writer.setFileName(path("state.json"));
+        QVERIFY(writer.writeNew("a much longer first text\n") && writer.writeNew("short"));
+        QVERIFY(TestFiles::read(path("state.json")) == "short");
+        writer.setFileName(path("fresh.json"));
+        QVERIFY(writer.replace("new") && TestFiles::read(path("fresh.json")) == "new");
+        // A replace that cannot remove (a folder) fails and leaves the text of the last failure.
+        writer.setFileName(m_dir.path());
+        QVERIFY(!writer.replace("new"));
+        QCOMPARE(writer.getErrorText(), "Failed to open new file: " + path("none/x"));
     }
 
     void logLinesAppendOnceFolderExists()
     {
-        const QString folder = path("logs");
         LogWriter log;
-        log.setLogFile(folder, "ZanmirLauncher");
+        log.setLogFile(path("logs"), "ZanmirLauncher");
         log.writeLine("lost");
-        QVERIFY(QDir().mkpath(folder));
+        QVERIFY(QDir().mkpath(path("logs")));
         log.writeLine("first");
-        log.writeLine("second");
-        const QString lines = QString::fromUtf8(TestFiles::read(folder + "/ZanmirLauncher.log"));
-        const QRegularExpression format("^\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d first\\n"
-                                        "\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d second\\n$");
-        QVERIFY2(format.match(lines).hasMatch(), qPrintable(lines));
+        const QString text = QString::fromUtf8(TestFiles::read(path("logs/ZanmirLauncher.log")));
+        QCOMPARE(QString(text).replace(QRegularExpression("\\d"), "0"), QString("0000/00/00 00:00:00 first\n"));
     }
 
     void binaryWriter()
     {
         BinaryFileWriter blank { QString() };
-        QVERIFY(!blank.writeNew("x"));
-        QCOMPARE(blank.getErrorText(), QString("File name is blank."));
-
-        const QString file = path("installer.bin");
-        BinaryFileWriter writer(file);
-        QVERIFY(writer.removeFile());
-        QVERIFY(writer.getInfoText().isEmpty());
-        QVERIFY(writer.getErrorText().isEmpty());
+        QCOMPARE(blank.writeNew("x") ? QString() : blank.getErrorText(), QString("File name is blank."));
+        BinaryFileWriter writer(path("installer.bin"));
+        QVERIFY(writer.removeFile() && writer.getInfoText().isEmpty() && writer.getErrorText().isEmpty());
         const QByteArray bytes("\x00\x01\r\n\xff", 5);
-        QVERIFY(writer.writeNew(bytes));
-        QCOMPARE(TestFiles::read(file), bytes);
-        QVERIFY(writer.replace("z"));
-        QCOMPARE(writer.getInfoText(), "File is removed: " + file);
-        QCOMPARE(TestFiles::read(file), QByteArray("z"));
+        QVERIFY(writer.writeNew(bytes) && TestFiles::read(path("installer.bin")) == bytes);
+        QVERIFY(writer.replace("z") && TestFiles::read(path("installer.bin")) == "z");
     }
 };
 

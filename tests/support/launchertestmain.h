@@ -2,23 +2,49 @@
 #define LAUNCHERTESTMAIN_H
 
 #include "processlauncher.h"
+#include "testlog.h"
 #include "testprofile.h"
 
 #include <QtTest>
 
-// main() for tests that need the launcher itself as the application object.
+// A test run on the launcher itself as the application object, with the
+// profile it writes into and its log.
+class LauncherTestCase : public QObject
+{
+public:
+    LauncherTestCase(TestProfile *profile, ProcessLauncher *launcher)
+        : m_profile(profile)
+        , m_launcher(launcher)
+        , m_log(profile->logFile(QCoreApplication::applicationName()))
+    { }
+
+protected:
+    TestProfile *const m_profile;
+    ProcessLauncher *const m_launcher;
+    TestLog m_log;
+};
+
 // The profile is made first, so that the launcher's log and state files land
-// in it, and outlives the launcher. The test object gets both.
+// in it, and outlives the launcher. The test object gets both. An option
+// goes to the launcher alone, as QtTest would take it for a test function.
+template<class TestClass> int runLauncherTest(int &argc, char *argv[], const char *launcherOption = nullptr)
+{
+    TestProfile profile;
+    if (!profile.isValid())
+        return 1;
+    QByteArray option(launcherOption);
+    char *optionArgv[] = { argv[0], option.data(), nullptr };
+    int optionArgc = 2;
+    ProcessLauncher launcher(launcherOption ? optionArgc : argc, launcherOption ? optionArgv : argv);
+    TestClass test(&profile, &launcher);
+    return QTest::qExec(&test, argc, argv);
+}
+
 #define ZANMIR_LAUNCHER_TEST_MAIN(TestClass)                                                                           \
     int main(int argc, char *argv[])                                                                                   \
     {                                                                                                                  \
-        TestProfile profile;                                                                                           \
-        if (!profile.isValid())                                                                                        \
-            return 1;                                                                                                  \
-        ProcessLauncher launcher(argc, argv);                                                                          \
-        TestClass test(&profile, &launcher);                                                                           \
         QTEST_SET_MAIN_SOURCE_PATH                                                                                     \
-        return QTest::qExec(&test, argc, argv);                                                                        \
+        return runLauncherTest<TestClass>(argc, argv);                                                                 \
     }
 
 #endif // LAUNCHERTESTMAIN_H

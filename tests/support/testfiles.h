@@ -1,19 +1,27 @@
 #ifndef TESTFILES_H
 #define TESTFILES_H
 
-#include <QByteArray>
+#include <QFile>
+#include <QJsonDocument>
 #include <QJsonObject>
-#include <QString>
 
 // Raw file access for tests, past the launcher's own readers and writers.
 class TestFiles
 {
 public:
     // The bytes of the file, empty when it cannot be read.
-    static QByteArray read(const QString &path);
-    static bool write(const QString &path, const QByteArray &contents);
+    static QByteArray read(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    static bool write(const QString &path, const QByteArray &contents)
+    {
+        QFile file(path);
+        return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(contents) == contents.size();
+    }
     // The root object of a JSON file, empty when there is none.
-    static QJsonObject readObject(const QString &path);
+    static QJsonObject readObject(const QString &path) { return QJsonDocument::fromJson(read(path)).object(); }
 };
 
 #endif // TESTFILES_H

@@ -1,7 +1,6 @@
 #ifndef TESTPROFILE_H
 #define TESTPROFILE_H
 
-#include <QByteArray>
 #include <QHash>
 #include <QString>
 #include <QTemporaryDir>
@@ -15,32 +14,29 @@ public:
     TestProfile();
     ~TestProfile();
 
-    TestProfile(const TestProfile &) = delete;
-    TestProfile &operator=(const TestProfile &) = delete;
-
     bool isValid() const { return m_dir.isValid(); }
     QString root() const { return m_dir.path(); }
-    QString dataHome() const;
-    QString configHome() const;
+    QString dataHome() const { return root() + QStringLiteral("/data"); }
     // G + "/Vorlix/ZanmirLauncher", made on request.
     QString launcherFolder(bool create = true) const;
-    QString managerFile() const;
+    QString managerFile() const { return launcherFolder() + QStringLiteral("/ZanmirManager.json"); }
     // G + "/Vorlix/ZanmirApplications.json", its folder made.
     QString catalogueFile() const;
-    QString logFile(const QString &executableName) const;
+    QString logFile(const QString &name) const { return launcherFolder(false) + '/' + name + QStringLiteral(".log"); }
 
     // Writes one group of the uninstall-records stand-in.
     void registerApplication(const QString &subkey, const QHash<QString, QString> &values) const;
-    void unregisterApplication(const QString &subkey) const;
-    // Registers a version of the editor or the launcher the way its
-    // installer would, with paths made from the subkey.
+    // Registers a version as its installer would, with paths made from the subkey.
     void registerVersion(
-        const QString &subkey, const QString &applType, const QString &edition, const QString &version) const;
+        const QString &subkey, const QString &type, const QString &edition, const QString &version) const
+    {
+        registerApplication(subkey, versionValues(subkey, type, edition, version));
+    }
     // The values such an installer writes.
     static QHash<QString, QString> versionValues(
         const QString &subkey, const QString &applType, const QString &edition, const QString &version);
-    static QString executablePath(const QString &subkey);
-    static QString uninstallerPath(const QString &subkey);
+    static QString executablePath(const QString &subkey) { return "/opt/zanmir/" + subkey + "/bin/zanmir"; }
+    static QString uninstallerPath(const QString &subkey) { return "/opt/zanmir/" + subkey + "/uninstall"; }
 
 private:
     QTemporaryDir m_dir;
