@@ -159,12 +159,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    qputenv("ZANMIR_PUBLIC_HOST", "localhost"); // no traffic may leave this machine
-    qputenv("ZANMIR_SERVER_BASE", "http://127.0.0.1:9");
-    qunsetenv("HTTP_PROXY");
-    return runLauncherTest<TestEditorLaunch>(argc, argv);
-}
+ZANMIR_LAUNCHER_TEST_MAIN(TestEditorLaunch)
 
 #include "tst_editorlaunch.moc"

@@ -26,6 +26,7 @@ void HttpFixture::readRequest()
         return;
     const QByteArray request = socket->readAll();
     const QString path = QString::fromLatin1(request.left(request.indexOf("\r\n")).split(' ').value(1));
+    ++m_requests[path];
     const Answer answer = m_answers.value(path, status(404, "Not Found", "no such page"));
     if (answer.status.isEmpty()) {
         socket->abort();

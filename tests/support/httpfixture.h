@@ -41,6 +41,7 @@ public:
     QString url(const QString &path) const { return QStringLiteral("http://127.0.0.1:%1%2").arg(port()).arg(path); }
     // The path is the request target as it arrives, query included.
     void setAnswer(const QString &path, const Answer &answer) { m_answers.insert(path, answer); }
+    int requestCount(const QString &path) const { return m_requests.value(path); }
 
 private slots:
     void acceptConnection();
@@ -49,6 +50,7 @@ private slots:
 private:
     QTcpServer m_server;
     QHash<QString, Answer> m_answers;
+    QHash<QString, int> m_requests;
 };
 
 // A plain file store for the update catalogue and pages: "python3 -m

@@ -32,6 +32,13 @@ template<class TestClass> int runLauncherTest(int &argc, char *argv[], const cha
     TestProfile profile;
     if (!profile.isValid())
         return 1;
+    // Nothing a test starts may leave this machine: the servers default to a
+    // loopback port with nothing behind it, and no proxy of the machine applies.
+    qputenv("ZANMIR_SERVER_BASE", "http://127.0.0.1:9");
+    qputenv("ZANMIR_STORE_URL", "http://127.0.0.1:9/store");
+    qputenv("ZANMIR_PUBLIC_HOST", "localhost");
+    qunsetenv("HTTP_PROXY");
+    qunsetenv("HTTP_PROXY_CREDENTIALS");
     QByteArray option(launcherOption);
     char *optionArgv[] = { argv[0], option.data(), nullptr };
     int optionArgc = 2;

@@ -7,25 +7,18 @@
 #include "testlog.h"
 
 // The update catalogue from the server, the offline copy or nowhere, and what the launcher answers from it.
-class TestUpdateState : public QObject
+class TestUpdateState : public LauncherTestCase
 {
     Q_OBJECT
 
 public:
-    TestUpdateState(TestProfile *profile, ProcessLauncher *launcher)
-        : m_profile(profile)
-        , m_launcher(launcher)
-        , m_log(profile->logFile(QCoreApplication::applicationName()))
-    { }
+    using LauncherTestCase::LauncherTestCase;
 
 public slots:
     void refreshed() { m_events.append(QStringLiteral("refresh")); }
     void noticed(bool news, bool howto) { m_events.append(QStringLiteral("news=%1 howto=%2").arg(news).arg(howto)); }
 
 private:
-    TestProfile *m_profile;
-    ProcessLauncher *m_launcher;
-    TestLog m_log;
     HttpFixture m_server;
     QTranslator m_translator;
     QStringList m_events;
@@ -39,9 +32,6 @@ private slots:
     // Each case is a first run against a loopback server, with the launcher 1.0.0.0 installed.
     void initTestCase()
     {
-        qunsetenv("HTTP_PROXY");
-        qunsetenv("HTTP_PROXY_CREDENTIALS");
-        qputenv("ZANMIR_PUBLIC_HOST", "localhost");
         QVERIFY(m_server.listen());
         qputenv("ZANMIR_SERVER_BASE", m_server.url(QString()).toUtf8());
         m_profile->registerVersion("L0", "launcher", "release", "1.0.0.0");
