@@ -4,9 +4,11 @@
 #include "offlinefilemanager.h"
 #include "registry.h"
 #include "screeninfo.h"
+#include "systemenvironment.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <QTranslator>
 
@@ -38,6 +40,12 @@ bool ProcessLauncher::parseArguments(const QStringList &arguments, QString &open
 {
     bool testMode = false;
     for (const QString &argument : arguments) {
+        // Where full paths begin with "/", a project handed over by a file
+        // manager would otherwise read as an option and be dropped.
+        if (SystemEnvironment::isFileArgument(argument)) {
+            openFilePath = QFileInfo(argument).absoluteFilePath();
+            continue;
+        }
         if (argument.startsWith(QLatin1Char('/')) || argument.startsWith(QLatin1Char('-'))) {
             // Options: "/test..." or "-test..." in any case switch test mode
             // on; everything else is ignored. A path that begins with "/" is
@@ -47,9 +55,11 @@ bool ProcessLauncher::parseArguments(const QStringList &arguments, QString &open
                 testMode = true;
             continue;
         }
-        // The last existing file wins; a directory exists as well.
+        // The last existing file wins; a directory exists as well. The editor
+        // and the recent list get the full path, so that the project can be
+        // reopened from any working folder.
         if (QFile::exists(argument))
-            openFilePath = argument;
+            openFilePath = QFileInfo(argument).absoluteFilePath();
     }
     return testMode;
 }
@@ -63,6 +73,10 @@ QString ProcessLauncher::ensureFolder(const QString &folder) const
 
 bool ProcessLauncher::initialize(QTranslator &translator)
 {
+    // Once per process: the widgets connect to the state objects made here,
+    // and a second set would leave them listening to the first.
+    Q_ASSERT_X(!m_initialized, "ProcessLauncher::initialize", "called twice");
+    m_initialized = true;
     const bool testMode = parseArguments(m_arguments, m_openFilePath);
     m_screenInfo = new ScreenInfo(this);
     m_exitStatus = 1;
@@ -101,13 +115,19 @@ void ProcessLauncher::installTranslator(QTranslator &translator)
 {
     QString locale;
     getLocale(locale);
+    if (loadTranslator(translator, locale))
+        writeLog(QStringLiteral("ProcessLauncher::installTranslator: loaded successfully"));
+}
+
+bool ProcessLauncher::loadTranslator(QTranslator &translator, const QString &locale)
+{
     // English is the source language: "en_US" loads nothing, and a locale
     // without a catalogue runs in English without a word.
     if (locale == QLatin1String("en_US"))
-        return;
+        return false;
     const QString name = QStringLiteral(":/i18n/launcherapp_%1").arg(locale);
-    if (translator.load(name, QString(), QString(), QString())) {
-        QCoreApplication::installTranslator(&translator);
-        writeLog(QStringLiteral("ProcessLauncher::installTranslator: loaded successfully"));
-    }
+    if (!translator.load(name, QString(), QString(), QString()))
+        return false;
+    QCoreApplication::installTranslator(&translator);
+    return true;
 }

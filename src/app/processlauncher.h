@@ -47,9 +47,6 @@ public:
     bool readApplInfo(bool testMode);
     bool readRegistry();
     bool readOfflineFileInfo();
-    // Applies the proxy that the environment or the Internet settings name,
-    // environment first; true when the user is to be warned about them.
-    bool applyStartupProxy();
     bool prepareApplUpdater();
     void refreshUpdateState();
     void saveWebVersion(const QString &webType);
@@ -90,6 +87,9 @@ public:
     // Reads the command line: returns whether test mode is on and sets the
     // project file to open, the last existing file named.
     static bool parseArguments(const QStringList &arguments, QString &openFilePath);
+    // Loads and installs the catalogue of a locale; false for English, the
+    // source language, and for a locale without a catalogue.
+    static bool loadTranslator(QTranslator &translator, const QString &locale);
 
     // --- Accessors -----------------------------------------------------------
     ApplInfo *getApplInfo() const { return m_applInfo; }
@@ -121,6 +121,7 @@ private:
     int m_exitStatus = 1;
     QStringList m_arguments;
     QString m_openFilePath;
+    bool m_initialized = false;
 };
 
 #endif // PROCESSLAUNCHER_H

@@ -9,29 +9,9 @@
 
 #include <QMessageBox>
 
-static bool isWarningResult(int result)
-{
-    return result == ProxyHelper::UnusableSource || result == ProxyHelper::ProxyByName;
-}
-
-bool ProcessLauncher::applyStartupProxy()
-{
-    // A usable proxy in the environment settles it: the Internet settings are
-    // not even looked at, so they cannot cause a warning either.
-    const int fromEnvironment = ProxyHelper().detectProxy(ProxyHelper::Environment);
-    if (fromEnvironment == ProxyHelper::ProxyByAddress) {
-        ProxyHelper().applyProxy(ProxyHelper::Environment);
-        return false;
-    }
-    const int fromSettings = ProxyHelper().detectProxy(ProxyHelper::Settings);
-    if (fromSettings == ProxyHelper::ProxyByAddress)
-        ProxyHelper().applyProxy(ProxyHelper::Settings);
-    return isWarningResult(fromEnvironment) || isWarningResult(fromSettings);
-}
-
 void ProcessLauncher::checkProxy()
 {
-    if (!applyStartupProxy())
+    if (!ProxyHelper::applyStartupProxy())
         return;
     // The warning stops nothing; start-up goes on once it is closed.
     QMessageBox::critical(nullptr, tr("Error"),

@@ -25,7 +25,8 @@ bool ProcessLauncher::prepareApplUpdater()
     }
 
     if (!m_applUpdater)
-        m_applUpdater = new ApplUpdater(this);
+        m_applUpdater = new ApplUpdater(
+            getTargetSystemName(), [this](const QString &message) { writeLog(message); }, this);
 
     if (!m_applUpdater->setUpdateInfo(catalogue)) {
         writeLog(QStringLiteral("ProcessLauncher::prepareApplUpdater: %1").arg(m_applUpdater->getErrorText()));

@@ -1,7 +1,6 @@
 #include "offlinefilemanager.h"
 
 #include "jsonfilereader.h"
-#include "processlauncher.h"
 #include "textfilewriter.h"
 
 #include <QJsonArray>
@@ -21,8 +20,8 @@ static QJsonObject toJsonObject(const OfflineFileInfo &info)
     return object;
 }
 
-OfflineFileManager::OfflineFileManager(const QString &indexFilePath, ProcessLauncher *owner)
-    : QObject(owner)
+OfflineFileManager::OfflineFileManager(const QString &indexFilePath, QObject *parent)
+    : QObject(parent)
     , m_indexFilePath(indexFilePath)
 { }
 

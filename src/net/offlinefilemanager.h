@@ -9,8 +9,6 @@
 #include <QObject>
 #include <QString>
 
-class ProcessLauncher;
-
 // The index of the offline page store ("OfflineFiles.json"): which URL is
 // kept in which numbered page file. The list and the document in memory are
 // the truth between writes; the file is written only on request.
@@ -19,8 +17,7 @@ class OfflineFileManager : public QObject, public BaseObject
     Q_OBJECT
 
 public:
-    // The owner is also the QObject parent.
-    OfflineFileManager(const QString &indexFilePath, ProcessLauncher *owner);
+    OfflineFileManager(const QString &indexFilePath, QObject *parent = nullptr);
     ~OfflineFileManager() override;
 
     // Writes a new index holding only the entry of serial 0.

@@ -179,3 +179,23 @@ bool ProxyHelper::isIpAddress(const QString &host, const QString &port) const
     }
     return false;
 }
+
+static bool isWarningResult(int result)
+{
+    return result == ProxyHelper::UnusableSource || result == ProxyHelper::ProxyByName;
+}
+
+bool ProxyHelper::applyStartupProxy()
+{
+    // A usable proxy in the environment settles it: the Internet settings are
+    // not even looked at, so they cannot cause a warning either.
+    const int fromEnvironment = ProxyHelper().detectProxy(ProxyHelper::Environment);
+    if (fromEnvironment == ProxyHelper::ProxyByAddress) {
+        ProxyHelper().applyProxy(ProxyHelper::Environment);
+        return false;
+    }
+    const int fromSettings = ProxyHelper().detectProxy(ProxyHelper::Settings);
+    if (fromSettings == ProxyHelper::ProxyByAddress)
+        ProxyHelper().applyProxy(ProxyHelper::Settings);
+    return isWarningResult(fromEnvironment) || isWarningResult(fromSettings);
+}

@@ -28,6 +28,12 @@ public:
     explicit ProxyHelper(QObject *parent = nullptr);
     ~ProxyHelper() override;
 
+    // The start-up rule: a usable proxy in the environment settles it;
+    // otherwise the Internet settings are applied when usable. True when the
+    // user is to be warned, because either source named a proxy the launcher
+    // cannot use (UnusableSource or ProxyByName).
+    static bool applyStartupProxy();
+
     int detectProxy(bool source);
     // Detects again and, on ProxyByAddress, sets the proxy for Qt and hands it
     // to the licence client through the environment.

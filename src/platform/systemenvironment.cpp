@@ -22,6 +22,16 @@ bool SystemEnvironment::putVariable(const QByteArray &assignment)
 #endif
 }
 
+bool SystemEnvironment::isFileArgument(const QString &argument)
+{
+#ifdef Q_OS_WIN
+    Q_UNUSED(argument)
+    return false;
+#else
+    return QFileInfo(argument).isFile();
+#endif
+}
+
 bool SystemEnvironment::openFile(const QString &path, bool wait, QString &errorText)
 {
     if (!QFile::exists(path)) {

@@ -12,6 +12,12 @@ public:
     // and in-process clients that read the C runtime's environment see it.
     static bool putVariable(const QByteArray &assignment);
 
+    // Whether a command-line argument is a file to open before any option
+    // rule applies. Where full paths begin with "/" (everywhere but Windows)
+    // an argument naming an existing regular file is a file, whatever it
+    // begins with; on Windows "/" and "-" always start an option.
+    static bool isFileArgument(const QString &argument);
+
     // Starts a file the way the shell's "open" action does. With wait true the
     // call returns only when the started process has ended; the exit code is
     // not read. On false errorText holds the reason.

@@ -2,7 +2,6 @@
 
 #include "deploymentconfig.h"
 #include "jsonfilereader.h"
-#include "processlauncher.h"
 #include "textfilewriter.h"
 
 #include <QDir>
@@ -28,11 +27,10 @@ bool higherSerialFirst(const HistoryInfo &a, const HistoryInfo &b)
 
 } // namespace
 
-ApplInfo::ApplInfo(const QString &filePath, bool testMode, ProcessLauncher *launcher)
-    : QObject(launcher)
+ApplInfo::ApplInfo(const QString &filePath, bool testMode, QObject *parent)
+    : QObject(parent)
     , m_selectedApplType(kEditorType)
     , m_filePath(filePath)
-    , m_launcher(launcher)
     , m_testMode(testMode)
     , m_newsWeb(kNewsWeb, QStringLiteral("0.0.0.0"), QString())
     , m_howtoWeb(kHowtoWeb, QStringLiteral("0.0.0.0"), QString())

@@ -14,8 +14,6 @@
 #include <QObject>
 #include <QString>
 
-class ProcessLauncher;
-
 // The launcher's own state and the manager file that keeps it. The state is
 // held twice: in the typed members, which every reader uses, and in the JSON
 // document, which is what gets written. A change goes to the member first and
@@ -26,7 +24,7 @@ class ApplInfo : public QObject
     Q_OBJECT
 
 public:
-    ApplInfo(const QString &filePath, bool testMode, ProcessLauncher *launcher);
+    ApplInfo(const QString &filePath, bool testMode, QObject *parent = nullptr);
     ~ApplInfo() override;
 
     // True only when the file is complete and correct. Bad sections fall back
@@ -97,7 +95,6 @@ private:
     QString m_infoText;
     QJsonDocument m_document;
     QString m_filePath;
-    ProcessLauncher *m_launcher;
     bool m_testMode;
     QString m_serverBase;
     WebUpdateInfo m_newsWeb;

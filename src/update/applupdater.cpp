@@ -1,7 +1,6 @@
 #include "applupdater.h"
 
 #include "editorinfo.h"
-#include "processlauncher.h"
 #include "registry.h"
 
 #include <QJsonArray>
@@ -31,9 +30,10 @@ QByteArray emptyCatalogue()
 
 } // namespace
 
-ApplUpdater::ApplUpdater(ProcessLauncher *launcher)
-    : QObject(launcher)
-    , m_launcher(launcher)
+ApplUpdater::ApplUpdater(const QString &targetSystemName, const LogFunction &log, QObject *parent)
+    : QObject(parent)
+    , m_targetSystemName(targetSystemName)
+    , m_log(log)
 { }
 
 ApplUpdater::~ApplUpdater() = default;
@@ -186,7 +186,7 @@ bool ApplUpdater::findDownloadInfo(
     if (wanted.isEmpty())
         return false;
 
-    const QString targetSystem = m_launcher ? m_launcher->getTargetSystemName() : QStringLiteral("win64");
+    const QString &targetSystem = m_targetSystemName;
     QString foundName;
     QString foundVersion;
     QString foundUrl;

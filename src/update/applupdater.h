@@ -3,6 +3,7 @@
 
 #include "applupdateinfo.h"
 #include "baseobject.h"
+#include "logfunction.h"
 #include "webupdateinfo.h"
 
 #include <QJsonDocument>
@@ -10,7 +11,6 @@
 #include <QObject>
 
 class EditorInfo;
-class ProcessLauncher;
 class Registry;
 
 // Holds the server's update catalogue and answers what can be updated,
@@ -20,7 +20,9 @@ class ApplUpdater : public QObject, public BaseObject
     Q_OBJECT
 
 public:
-    explicit ApplUpdater(ProcessLauncher *launcher);
+    // The target system name picks the installer of a catalogue entry; the
+    // log function is the process log.
+    ApplUpdater(const QString &targetSystemName, const LogFunction &log, QObject *parent = nullptr);
     ~ApplUpdater() override;
 
     void setRegistry(Registry *registry);
@@ -42,7 +44,8 @@ public:
     WebUpdateInfo getWebUpdateInfo(const QString &webType) const;
 
 private:
-    ProcessLauncher *m_launcher;
+    QString m_targetSystemName;
+    LogFunction m_log;
     Registry *m_registry = nullptr;
     QJsonDocument m_document;
     QList<WebUpdateInfo> m_webUpdates;

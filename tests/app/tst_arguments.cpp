@@ -2,7 +2,8 @@
 
 #include <QtTest>
 
-// Options switch test mode; the last existing file is the project to open.
+// Options switch test mode; the last existing file is the project to open,
+// handed on as a full path.
 class TestArguments : public QObject
 {
     Q_OBJECT
@@ -12,24 +13,28 @@ class TestArguments : public QObject
 private slots:
     void initTestCase()
     {
-        // Relative names, since a full path begins with "/" and counts as an option.
         QVERIFY(QDir::setCurrent(m_dir.path()) && QDir().mkdir("folder"));
-        QVERIFY(QFile("first.zmr").open(QIODevice::WriteOnly) && QFile("second.xml").open(QIODevice::WriteOnly));
+        for (const char *name : { "first.zmr", "second.xml", "-Test" })
+            QVERIFY(QFile(name).open(QIODevice::WriteOnly));
     }
 
     void parse_data()
     {
-        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QStringList>("arguments"); // "@" is the working folder
         QTest::addColumn<QString>("expected"); // test mode, then the file to open
         // clang-format off
         QTest::newRow("/TESTING") << QStringList { "/TESTING" } << "on ";
-        QTest::newRow("-Test") << QStringList { "-Test" } << "on ";
         QTest::newRow("/test=1") << QStringList { "/test=1" } << "on ";
         QTest::newRow("--test") << QStringList { "--test" } << "off ";
-        QTest::newRow("last existing file wins") << QStringList { "first.zmr", "second.xml" } << "off second.xml";
-        QTest::newRow("missing second keeps the first") << QStringList { "first.zmr", "missing.zmr" } << "off first.zmr";
-        QTest::newRow("a folder counts") << QStringList { "folder" } << "off folder";
-        QTest::newRow("a full path is an option") << QStringList { m_dir.filePath("first.zmr") } << "off ";
+        QTest::newRow("unknown option") << QStringList { "/x", "-y" } << "off ";
+        QTest::newRow("last existing file wins") << QStringList { "first.zmr", "second.xml" } << "off @/second.xml";
+        QTest::newRow("missing second keeps the first") << QStringList { "first.zmr", "missing.zmr" } << "off @/first.zmr";
+        QTest::newRow("a folder counts") << QStringList { "folder" } << "off @/folder";
+        // Where full paths begin with "/", an existing file is no option.
+        QTest::newRow("full path") << QStringList { "@/first.zmr", "/test" } << "on @/first.zmr";
+        QTest::newRow("full path of a missing file") << QStringList { "first.zmr", "@/gone.zmr" } << "off @/first.zmr";
+        QTest::newRow("full path of a folder") << QStringList { "@/folder" } << "off ";
+        QTest::newRow("a file named like an option") << QStringList { "-Test" } << "off @/-Test";
         // clang-format on
     }
 
@@ -37,9 +42,10 @@ private slots:
     {
         QFETCH(QStringList, arguments);
         QFETCH(QString, expected);
+        arguments.replaceInStrings("@", m_dir.path());
         QString openFilePath;
         const bool testMode = ProcessLauncher::parseArguments(arguments, openFilePath);
-        QCOMPARE(QString(testMode ? "on " : "off ") + openFilePath, expected);
+        QCOMPARE(QString(testMode ? "on " : "off ") + openFilePath, expected.replace("@", m_dir.path()));
     }
 };
 

@@ -1,11 +1,13 @@
 #include "cataloguebuilder.h"
 #include "httpfixture.h"
 #include "launchertestmain.h"
+#include "screeninfo.h"
 
+#include <QSignalSpy>
 #include <QTranslator>
 
-// A launcher started with "/test": the test variant of the server address,
-// and the translator chosen by the stored locale.
+// A launcher started with "/test": the test variant of the server address, the
+// translator chosen by the locale, and the signal hub made once per process.
 class TestInitialize : public LauncherTestCase
 {
     Q_OBJECT
@@ -23,9 +25,10 @@ private slots:
         // Only the test variant of the catalogue's address is served.
         const QString path = "/Test/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1";
         m_server.setAnswer(path, HttpFixture::ok(CatalogueBuilder().entries({ "launcher 1.0.0.0" }).bytes()));
-        QTranslator firstRun;
-        QVERIFY(m_launcher->initialize(firstRun));
+        QTranslator translator;
+        QVERIFY(m_launcher->initialize(translator));
         QCOMPARE(m_server.requestCount(path), 1);
+        QVERIFY(m_launcher->getScreenInfo());
     }
 
     void translator_data()
@@ -41,13 +44,20 @@ private slots:
     {
         QFETCH(QString, locale);
         QFETCH(QString, warning);
-        QVERIFY(m_launcher->setLocale(locale));
-        QTranslator translator; // outlives its installation until the checks are done
-        m_log.mark();
-        QVERIFY(m_launcher->initialize(translator));
-        const bool loaded = m_log.newLines().contains("ProcessLauncher::installTranslator: loaded successfully");
-        QCOMPARE(loaded, locale == "ja_JP");
+        QTranslator translator; // removed from the application when it goes
+        QCOMPARE(ProcessLauncher::loadTranslator(translator, locale), locale == "ja_JP");
         QCOMPARE(QCoreApplication::translate("ProcessLauncher", "warning"), warning);
+    }
+
+    // The refresh tells the pages in this order: lists first, then the web badges.
+    void refreshAnnouncesToTheHub()
+    {
+        QSignalSpy refreshed(m_launcher->getScreenInfo(), SIGNAL(signalRefreshButtonClicked()));
+        QSignalSpy web(m_launcher->getScreenInfo(), SIGNAL(signalUptodateWebVersionNoticed(bool, bool)));
+        m_launcher->refreshUpdateState();
+        QCOMPARE(refreshed.count(), 1);
+        QCOMPARE(web.count(), 1);
+        QCOMPARE(web.first(), (QVariantList { false, false })); // no page stamps in this catalogue
     }
 };
 

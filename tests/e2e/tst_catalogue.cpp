@@ -55,10 +55,10 @@ private slots:
     {
         QVERIFY(SampleProject::writeProject(m_harness->projectPath("first.zmr"), "2.1.0.5"));
         serve(CatalogueBuilder().entries({ "launcher 1.0.0.1" }).bytes());
-        LauncherRun *run = m_harness->run({ "first.zmr" });
+        LauncherRun *run = m_harness->run({ m_harness->projectPath("first.zmr") });
         QVERIFY2(run->exitedWith(0) && run->dialogs().isEmpty(), qPrintable(run->describe()));
         QVERIFY2(log().contains("main: launcher update window is not available in this build"), qPrintable(log()));
-        QVERIFY(!m_harness->waitForEditorStarts(1, 2000));
+        QVERIFY(m_harness->editorStarts().isEmpty());
     }
 
     void unreadableCatalogueWithoutCopy()

@@ -1,13 +1,13 @@
 #include "deploymentconfig.h"
-#include "launchertestmain.h"
 #include "proxyhelper.h"
-#include "proxyserverinfo.h"
 #include "systemsettings.h"
+#include "testprofile.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QNetworkProxy>
 #include <QSettings>
+#include <QtTest>
 
 namespace {
 
@@ -33,18 +33,12 @@ void setSources(QVariantMap values)
 } // namespace
 
 // Proxy detection in the environment and in the Internet settings, the
-// start-up rule that combines and applies both, and the stored proxy record.
+// start-up rule that combines and applies both.
 class TestProxy : public QObject
 {
     Q_OBJECT
 
-public:
-    TestProxy(TestProfile *, ProcessLauncher *launcher)
-        : m_launcher(launcher)
-    { }
-
-private:
-    ProcessLauncher *m_launcher;
+    TestProfile m_profile;
 
 private slots:
     void isIpAddress_data()
@@ -128,21 +122,12 @@ private slots:
 
         setSources(sources);
         QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
-        QCOMPARE(m_launcher->applyStartupProxy(), warning);
+        QCOMPARE(ProxyHelper::applyStartupProxy(), warning);
         const QNetworkProxy set = QNetworkProxy::applicationProxy();
         QCOMPARE(QStringLiteral("%1:%2 | ").arg(set.hostName()).arg(set.port()) + qEnvironmentVariable("HTTP_PROXY"),
             applied);
     }
-
-    void storedRecordReadsBackSwitchedOff()
-    {
-        bool incomplete = true, enabled = true;
-        QString ip, port;
-        ProxyServerInfo(ProxyServerInfo(true, "10.1.1.1", "3128").toJson(), &incomplete).getInfo(enabled, ip, port);
-        QVERIFY(!enabled && !incomplete);
-        QCOMPARE(ip + QLatin1Char(':') + port, QStringLiteral("10.1.1.1:3128"));
-    }
 };
 
-ZANMIR_LAUNCHER_TEST_MAIN(TestProxy)
+QTEST_GUILESS_MAIN(TestProxy)
 #include "tst_proxy.moc"

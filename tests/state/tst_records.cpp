@@ -1,6 +1,7 @@
 #include "editorinfo.h"
 #include "historyinfo.h"
 #include "launcherinfo.h"
+#include "proxyserverinfo.h"
 
 #include <QJsonDocument>
 #include <QtTest>
@@ -88,6 +89,15 @@ private slots:
         history.remove("timestamp");
         HistoryInfo(history, &error);
         QVERIFY(error);
+    }
+
+    void storedRecordReadsBackSwitchedOff()
+    {
+        bool incomplete = true, enabled = true;
+        QString ip, port;
+        ProxyServerInfo(ProxyServerInfo(true, "10.1.1.1", "3128").toJson(), &incomplete).getInfo(enabled, ip, port);
+        QVERIFY(!enabled && !incomplete);
+        QCOMPARE(ip + QLatin1Char(':') + port, QStringLiteral("10.1.1.1:3128"));
     }
 };
 

@@ -20,11 +20,3 @@ QByteArray CatalogueBuilder::bytes() const
     const QJsonObject schema { { "app_versions", QJsonObject { { "updates", m_updates } } } };
     return QJsonDocument(QJsonObject { { "1.0.0", schema } }).toJson();
 }
-
-QStringList CatalogueBuilder::versions(const QList<ApplUpdateInfo> &updates)
-{
-    QStringList result;
-    for (const ApplUpdateInfo &update : updates)
-        result.append(update.getVersion());
-    return result;
-}

@@ -1,8 +1,6 @@
 #ifndef CATALOGUEBUILDER_H
 #define CATALOGUEBUILDER_H
 
-#include "applupdateinfo.h"
-
 #include <QJsonArray>
 #include <QStringList>
 
@@ -15,8 +13,14 @@ public:
     CatalogueBuilder &entries(const QStringList &entries);
     QByteArray bytes() const;
 
-    // The versions of the entries, in their order.
-    static QStringList versions(const QList<ApplUpdateInfo> &updates);
+    // The versions of catalogue entries or installed records, in their order.
+    template<class Record> static QStringList versions(const QList<Record> &records)
+    {
+        QStringList result;
+        for (const Record &record : records)
+            result.append(record.getVersion());
+        return result;
+    }
 
 private:
     QJsonArray m_updates;

@@ -61,6 +61,7 @@ public:
     explicit FileStoreServer(const QString &directory)
         : m_directory(directory)
     { }
+    ~FileStoreServer() { stop(); }
 
     // Starts the server and waits until it accepts connections.
     bool start();

@@ -50,8 +50,8 @@ private:
 
 // Runs the real ZanmirLauncher on a fresh profile of its own, with the update server on
 // loopback, the sample editor as every installed editor, and a watchdog that records and
-// closes message boxes. Project files go by relative name, as a full path begins with "/"
-// and counts as an option; they resolve in the working directory, where projectPath() points.
+// closes message boxes. Project files are handed over by full path, as a file manager does,
+// from a working folder of their own elsewhere in the profile.
 class LauncherHarness
 {
 public:

@@ -27,7 +27,7 @@ private slots:
     void init()
     {
         QFile::remove(SystemSettings::uninstallRecordsFile());
-        m_updater.reset(new ApplUpdater(nullptr));
+        m_updater.reset(new ApplUpdater(QStringLiteral("win64"), LogFunction()));
         m_updater->setRegistry(&m_registry);
     }
 
