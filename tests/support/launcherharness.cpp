@@ -110,14 +110,14 @@ bool LauncherHarness::registerVersions(const QStringList &versions, const QStrin
     return script.waitForFinished(30000) && script.exitStatus() == QProcess::NormalExit && script.exitCode() == 0;
 }
 
-LauncherRun *LauncherHarness::start(const QStringList &arguments)
+LauncherRun *LauncherHarness::startProgram(const QString &program, const QStringList &arguments)
 {
     const QString dialogLog = m_profile.root() + QStringLiteral("/dialogs-%1.jsonl").arg(m_runs.size() + 1);
     LauncherRun *run = &m_runs.emplace_back(dialogLog);
     run->m_process.setProcessEnvironment(environment(dialogLog));
     run->m_process.setWorkingDirectory(m_profile.root() + QStringLiteral("/home"));
     run->m_process.setProcessChannelMode(QProcess::ForwardedChannels);
-    run->m_process.start(QStringLiteral(ZANMIR_LAUNCHER_BINARY), arguments);
+    run->m_process.start(program, arguments);
     run->m_process.waitForStarted(10000);
     return run;
 }

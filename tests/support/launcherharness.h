@@ -74,7 +74,9 @@ public:
     bool registerVersions(const QStringList &versions, const QString &launcherVersion = QStringLiteral("1.0.0.0"));
 
     // Starts a launcher and returns at once; several may run at once.
-    LauncherRun *start(const QStringList &arguments);
+    LauncherRun *start(const QStringList &arguments) { return startProgram(ZANMIR_LAUNCHER_BINARY, arguments); }
+    // Starts another program in the launcher's environment, such as the desktop's opener.
+    LauncherRun *startProgram(const QString &program, const QStringList &arguments);
     // Starts a launcher and waits for it to end.
     LauncherRun *run(const QStringList &arguments, int msecs = kDefaultTimeout);
 

@@ -1,0 +1,130 @@
+#include "launcherharness.h"
+#include "sampleproject.h"
+#include "testfiles.h"
+
+#include <QtTest>
+
+// The install rules and the desktop's file associations: everything lands
+// below the prefix, and after the usual database refresh the desktop hands a
+// project of either form, and nothing else, to the launcher.
+class TestInstall : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_prefix;
+    QScopedPointer<LauncherHarness> m_harness;
+
+    // Runs a tool to its end; its output goes to the test's own on failure.
+    static QString runTool(const QString &program, const QStringList &arguments, int *exitCode = nullptr,
+        const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
+    {
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(program, arguments);
+        process.waitForFinished(60000);
+        if (exitCode)
+            *exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+        return QString::fromLocal8Bit(process.readAllStandardOutput() + process.readAllStandardError()).trimmed();
+    }
+    QString share(const QString &path) const { return m_prefix.path() + "/share/" + path; }
+    // The environment of a desktop session that has the prefix among its data folders.
+    QProcessEnvironment desktop() const
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_DATA_DIRS", m_prefix.path() + "/share:/usr/share");
+        return environment;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        int status = -1;
+        const QString output
+            = runTool(ZANMIR_CMAKE, { "--install", ZANMIR_BUILD_DIR, "--prefix", m_prefix.path() }, &status);
+        QVERIFY2(status == 0, qPrintable(output));
+        // What a package's post-install step does for the system's folders.
+        for (const QStringList &refresh : { QStringList { "update-mime-database", share("mime") },
+                 QStringList { "update-desktop-database", share("applications") } }) {
+            const QString said = runTool(refresh.first(), refresh.mid(1), &status);
+            QVERIFY2(status == 0, qPrintable(said));
+        }
+        m_harness.reset(new LauncherHarness);
+        QVERIFY(m_harness->isValid() && m_harness->registerVersions({ "2.0.03", "2.1.05" }));
+    }
+
+    void installsOnlyBelowThePrefix()
+    {
+        QStringList installed = QString::fromLocal8Bit(TestFiles::read(ZANMIR_BUILD_DIR "/install_manifest.txt"))
+                                    .split('\n', Qt::SkipEmptyParts);
+        installed.replaceInStrings(m_prefix.path() + '/', QString());
+        installed.sort();
+        QCOMPARE(installed,
+            (QStringList { "bin/ZanmirLauncher", "share/applications/zanmir-launcher.desktop",
+                "share/icons/hicolor/256x256/apps/zanmir-launcher.png", "share/mime/packages/zanmir-launcher.xml" }));
+        QVERIFY(QFileInfo(m_prefix.path() + "/bin/ZanmirLauncher").isExecutable());
+        QCOMPARE(QImage(share("icons/hicolor/256x256/apps/zanmir-launcher.png")).size(), QSize(256, 256));
+    }
+
+    void desktopEntryIsValid()
+    {
+        int status = -1;
+        const QString output
+            = runTool("desktop-file-validate", { share("applications/zanmir-launcher.desktop") }, &status);
+        QVERIFY2(status == 0 && output.isEmpty(), qPrintable(output));
+    }
+
+    void projectTypes_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("type");
+        QTest::newRow("zip form") << "scene.zmr"
+                                  << "application/x-zanmir-project";
+        QTest::newRow("XML form") << "scene.xml"
+                                  << "application/x-zanmir-project+xml";
+        // Told by its content, whatever the name says.
+        QTest::newRow("XML form, other suffix") << "scene.data"
+                                                << "application/x-zanmir-project+xml";
+        QTest::newRow("unrelated XML") << "other.xml"
+                                       << "application/xml";
+        QTest::newRow("zip form named .zip") << "scene.zip"
+                                             << "application/zip";
+    }
+
+    void projectTypes()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, type);
+        const QString path = m_harness->projectPath(file);
+        if (file == QLatin1String("other.xml"))
+            QVERIFY(TestFiles::write(path, "<?xml version=\"1.0\"?>\n<settings><header/></settings>\n"));
+        else if (file.endsWith(QLatin1String(".data")))
+            QVERIFY(TestFiles::write(path, SampleProject::xmlText(SampleProject::packVersion(2, 1, 5, 0))));
+        else if (file.endsWith(QLatin1String(".zip")))
+            QVERIFY(SampleProject::writeArchive(path, { { "document.txt", "22 serialization::archive 17\n" } }));
+        else
+            QVERIFY(SampleProject::writeProject(path, "2.1.5.0"));
+        QCOMPARE(runTool("xdg-mime", { "query", "filetype", path }, nullptr, desktop()), type);
+    }
+
+    // The desktop's opener finds the launcher through the entry and starts
+    // the editor that saved the project, with the full path.
+    void xdgOpenStartsTheEditor()
+    {
+        const QString project = m_harness->projectPath("opened.xml");
+        QVERIFY(SampleProject::writeProject(project, "2.0.3.0"));
+
+        m_harness->setEnvironmentValue("XDG_DATA_DIRS", m_prefix.path() + "/share:/usr/share");
+        m_harness->setEnvironmentValue("PATH", m_prefix.path() + "/bin:" + qEnvironmentVariable("PATH"));
+        // A shell script: it must not get the dialog watchdog preloaded.
+        m_harness->setEnvironmentValue("LD_PRELOAD", QString());
+        LauncherRun *run = m_harness->startProgram("xdg-open", { project });
+        QVERIFY2(
+            run->waitForFinished(LauncherHarness::kDefaultTimeout) && run->exitedWith(0), qPrintable(run->describe()));
+        QVERIFY(m_harness->waitForEditorStarts(1));
+        QCOMPARE(m_harness->editorStarts().first(),
+            (QStringList { m_harness->profile().root() + "/editors/2.0.03-release/ZanmirEditor", project }));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestInstall)
+#include "tst_install.moc"
