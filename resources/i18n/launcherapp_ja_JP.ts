@@ -2,6 +2,209 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ja_JP" sourcelanguage="en_US">
 <context>
+    <name>ApplLaunchWidget</name>
+    <message>
+        <source>ApplLaunchWidget</source>
+        <translation>アプリケーション起動ウィジェット</translation>
+    </message>
+    <message>
+        <source>Editor can not be found.
+Please add an editor on the application screen.
+
+%1</source>
+        <translation>エディタが見つかりません。
+アプリケーション管理画面でエディタを追加してください。
+
+%1</translation>
+    </message>
+    <message>
+        <source>Failed to start the editor ver. %1.
+
+Please install the editor of the displayed version again.</source>
+        <translation>エディタ ver. %1 を起動できませんでした。
+
+表示されたバージョンのエディタを再インストールしてください。</translation>
+    </message>
+</context>
+<context>
+    <name>HomeForm</name>
+    <message>
+        <source>Zanmir Launcher</source>
+        <translation>Zanmir Launcher</translation>
+    </message>
+</context>
+<context>
+    <name>HomeWidget</name>
+    <message>
+        <source>HomeWidget</source>
+        <translation>ホームウィジェット</translation>
+    </message>
+    <message>
+        <source>Launch Editor:</source>
+        <translation>エディタを起動:</translation>
+    </message>
+    <message>
+        <source>Recent used projects:</source>
+        <translation>最近使ったプロジェクト:</translation>
+    </message>
+</context>
+<context>
+    <name>LaunchButtonWidget</name>
+    <message>
+        <source>LaunchButtonWidget</source>
+        <translation>起動ボタンウィジェット</translation>
+    </message>
+    <message>
+        <source>Installed editor does not exist.
+Please install any editor using Application Management.</source>
+        <translation>インストールされているエディタがありません。
+アプリケーション管理からエディタをインストールしてください。</translation>
+    </message>
+</context>
+<context>
+    <name>LicenseManageWidget</name>
+    <message>
+        <source>LicenseManageWidget</source>
+        <translation>ライセンス管理ウィジェット</translation>
+    </message>
+    <message>
+        <source>Manage licenses:</source>
+        <translation>ライセンスを管理:</translation>
+    </message>
+    <message>
+        <source>Licenses of the Vorlix Zanmir Editor are bought in the maker&apos;s online store and registered and released through the maker&apos;s license service, not in this launcher.
+This launcher keeps no license data of its own.</source>
+        <translation>Vorlix Zanmir Editor のライセンスはメーカーのオンラインストアで購入し、登録と解除はメーカーのライセンスサービスで行います。このランチャーでは行いません。
+このランチャーはライセンス情報を保持しません。</translation>
+    </message>
+    <message>
+        <source>Open the online store</source>
+        <translation>オンラインストアを開く</translation>
+    </message>
+</context>
+<context>
+    <name>MenuButtonWidget</name>
+    <message>
+        <source>MenuButtonWidget</source>
+        <translation>メニューボタンウィジェット</translation>
+    </message>
+    <message>
+        <source>...</source>
+        <translation>...</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>ホーム</translation>
+    </message>
+    <message>
+        <source>Information</source>
+        <translation>新着情報</translation>
+    </message>
+    <message>
+        <source>HowToUse</source>
+        <translation>使い方</translation>
+    </message>
+    <message>
+        <source>ManageAppl</source>
+        <translation>アプリケーション管理</translation>
+    </message>
+    <message>
+        <source>ManageLicense</source>
+        <translation>ライセンス管理</translation>
+    </message>
+    <message>
+        <source>Preference</source>
+        <translation>設定</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>最新の情報に更新</translation>
+    </message>
+</context>
+<context>
+    <name>PreferenceDialog</name>
+    <message>
+        <source>Preferences</source>
+        <translation>環境設定</translation>
+    </message>
+    <message>
+        <source>Application</source>
+        <translation>アプリケーション</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>適用</translation>
+    </message>
+    <message>
+        <source>Application list:</source>
+        <translation>アプリケーション一覧:</translation>
+    </message>
+    <message>
+        <source>Show all installable versions.</source>
+        <translation>インストール可能なすべてのバージョンを表示する。</translation>
+    </message>
+    <message>
+        <source>This setting is effective until you restart the launcher.</source>
+        <translation>この設定はランチャーを再起動するまで有効です。</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>言語</translation>
+    </message>
+    <message>
+        <source>Preferred language:</source>
+        <translation>使用する言語:</translation>
+    </message>
+    <message>
+        <source>When changing language, please restart this launcher.</source>
+        <translation>言語を変更した場合は、ランチャーを再起動してください。</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>バージョン</translation>
+    </message>
+    <message>
+        <source>About:</source>
+        <translation>バージョン情報:</translation>
+    </message>
+    <message>
+        <source>Vorlix Zanmir Launcher Version 1.2.00</source>
+        <translation>Vorlix Zanmir Launcher バージョン 1.2.00</translation>
+    </message>
+    <message>
+        <source>Copyright (C) Vorlix. All rights reserved.</source>
+        <translation>Copyright (C) Vorlix. All rights reserved.</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>英語 (English)</translation>
+    </message>
+    <message>
+        <source>Japanese</source>
+        <translation>日本語</translation>
+    </message>
+    <message>
+        <source>Vorlix Zanmir Version %1</source>
+        <translation>Vorlix® Zanmir™ バージョン %1</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>確認</translation>
+    </message>
+    <message>
+        <source>Are you sure to change the preferences?</source>
+        <translation>設定を変更してもよろしいですか?</translation>
+    </message>
+</context>
+<context>
     <name>ProcessLauncher</name>
     <message>
         <source>Error</source>
@@ -60,6 +263,44 @@ Please confirm the file is not corrupted.</source>
     <message>
         <source>Zanmir Launcher is already launched.</source>
         <translation>Zanmir Launcher はすでに起動しています。</translation>
+    </message>
+</context>
+<context>
+    <name>RecentUsedWidget</name>
+    <message>
+        <source>RecentUsedWidget</source>
+        <translation>最近使ったプロジェクトウィジェット</translation>
+    </message>
+    <message>
+        <source>Recent used project does not exist.</source>
+        <translation>最近使ったプロジェクトはありません。</translation>
+    </message>
+    <message>
+        <source>Application does not exist: %1
+(May be uninstalled)
+
+Please install the editor of the displayed version again.</source>
+        <translation>アプリケーションがありません: %1
+(アンインストールされた可能性があります)
+
+表示されたバージョンのエディタを再インストールしてください。</translation>
+    </message>
+    <message>
+        <source>File not found: %1
+(History will be removed)</source>
+        <translation>ファイルが見つかりません: %1
+(履歴から削除します)</translation>
+    </message>
+    <message>
+        <source>Failed to launch %1</source>
+        <translation>%1 を起動できませんでした</translation>
+    </message>
+</context>
+<context>
+    <name>WebBrowserWidget</name>
+    <message>
+        <source>WebBrowserWidget</source>
+        <translation>Webブラウザーウィジェット</translation>
     </message>
 </context>
 </TS>

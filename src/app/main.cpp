@@ -1,3 +1,4 @@
+#include "homeform.h"
 #include "processlauncher.h"
 
 #include <QLockFile>
@@ -28,9 +29,12 @@ int main(int argc, char *argv[])
             if (launcher.lockManagerFile(lock)) {
                 result = launcher.getExitStatus();
             } else {
-                // SEAM(ui): the main window is not built in yet.
-                launcher.writeLog(QStringLiteral("main: main window is not available in this build"));
-                result = 0;
+                // The lock is held from before the window is made until
+                // after it is gone.
+                HomeForm form;
+                form.setProcessLauncher(&launcher);
+                form.show();
+                result = launcher.exec();
             }
         }
     }

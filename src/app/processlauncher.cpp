@@ -18,9 +18,6 @@ ProcessLauncher::ProcessLauncher(int &argc, char **argv)
     , m_refreshTimer(this)
     , m_updateNotifier(0, 1, 0, 0)
 {
-    // Resources of a static library are registered by hand.
-    Q_INIT_RESOURCE(launcher_i18n);
-
     // Taken from argv itself rather than arguments(), as plain narrow strings.
     for (int i = 1; i < argc; ++i) {
         const QString argument = QString::fromUtf8(argv[i]);

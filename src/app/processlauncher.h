@@ -76,6 +76,7 @@ public:
     bool fileExists(const QString &path);
     bool setLocale(const QString &locale);
     bool setShowAllVersions(bool showAll);
+    bool getShowAllVersions(bool &showAll) const;
 
     // --- Offline page store -------------------------------------------------
     OfflineFileInfo getOfflineFileInfo(const QString &url);

@@ -217,6 +217,11 @@ bool ProcessLauncher::setLocale(const QString &locale)
     return saveSettings();
 }
 
+bool ProcessLauncher::getShowAllVersions(bool &showAll) const
+{
+    return m_applInfo->getShowAllVersions(showAll);
+}
+
 bool ProcessLauncher::setShowAllVersions(bool showAll)
 {
     m_applInfo->setShowAllVersions(showAll);

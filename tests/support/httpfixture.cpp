@@ -4,10 +4,10 @@
 #include <QRegularExpression>
 #include <QTcpSocket>
 
-bool HttpFixture::listen()
+bool HttpFixture::listen(quint16 port)
 {
     connect(&m_server, SIGNAL(newConnection()), this, SLOT(acceptConnection()), Qt::UniqueConnection);
-    return m_server.listen(QHostAddress::LocalHost, 0);
+    return m_server.listen(QHostAddress::LocalHost, port);
 }
 
 void HttpFixture::acceptConnection()

@@ -34,8 +34,8 @@ public:
     static Answer withoutLength(const QByteArray &body) { return { "200 OK", {}, body, false }; }
     static Answer dropped() { return { {}, {}, {} }; }
 
-    // Listens on 127.0.0.1 on a free port.
-    bool listen();
+    // Listens on 127.0.0.1, on a free port unless one is given.
+    bool listen(quint16 port = 0);
     void close() { m_server.close(); }
     quint16 port() const { return m_server.serverPort(); }
     QString url(const QString &path) const { return QStringLiteral("http://127.0.0.1:%1%2").arg(port()).arg(path); }

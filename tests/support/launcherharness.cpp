@@ -37,10 +37,23 @@ QList<DialogRecord> LauncherRun::dialogs() const
     QList<DialogRecord> records;
     for (const QByteArray &line : jsonLines(m_dialogLog)) {
         const QJsonObject record = QJsonDocument::fromJson(line).object();
+        if (record.contains("step"))
+            continue;
         records.append({ record["icon"].toString(), record["title"].toString(), record["text"].toString(),
             record["button"].toString() });
     }
     return records;
+}
+
+QStringList LauncherRun::failedSteps() const
+{
+    QStringList failed;
+    for (const QByteArray &line : jsonLines(m_dialogLog)) {
+        const QJsonObject record = QJsonDocument::fromJson(line).object();
+        if (record.contains("step") && !record["ok"].toBool())
+            failed.append(record["step"].toString());
+    }
+    return failed;
 }
 
 QString LauncherRun::describe() const

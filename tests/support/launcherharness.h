@@ -37,6 +37,8 @@ public:
         return !m_timedOut && m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == code;
     }
     QList<DialogRecord> dialogs() const;
+    // The steps of a ZANMIR_TEST_SCRIPT that did not succeed.
+    QStringList failedSteps() const;
     // Exit status and dialogs, for failure messages; stderr goes to the test's own.
     QString describe() const;
 

@@ -7,6 +7,9 @@
 // "title"} for any other dialog. A message box is answered with the button
 // that ZANMIR_TEST_DIALOG_BUTTON names ("Ok", "Yes", "No", ...; default Ok),
 // else with its escape button; other dialogs are rejected.
+//
+// With ZANMIR_TEST_SCRIPT set, a script of steps also drives the windows
+// (see scriptrunner.h); other dialogs are then left to the script.
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
@@ -17,6 +20,8 @@
 #include <QMetaEnum>
 #include <QPointer>
 #include <QTimer>
+
+#include "scriptrunner.h"
 
 namespace {
 
@@ -29,6 +34,7 @@ public:
         : QObject(parent)
         , m_logPath(qEnvironmentVariable("ZANMIR_TEST_DIALOG_LOG"))
         , m_answer(qEnvironmentVariable("ZANMIR_TEST_DIALOG_BUTTON", QStringLiteral("Ok")))
+        , m_scripted(qEnvironmentVariableIsSet("ZANMIR_TEST_SCRIPT"))
     {
         connect(&m_timer, SIGNAL(timeout()), this, SLOT(poll()));
         m_timer.start(50);
@@ -51,10 +57,13 @@ private slots:
         }
         if (!modal || modal == m_lastClosed)
             return;
-        if (auto *box = qobject_cast<QMessageBox *>(modal))
-            closeMessageBox(box);
-        else if (auto *dialog = qobject_cast<QDialog *>(modal))
-            closeDialog(dialog);
+        if (auto *box = qobject_cast<QMessageBox *>(modal)) {
+            if (!ScriptRunner::holdsMessageBoxes())
+                closeMessageBox(box);
+        } else if (auto *dialog = qobject_cast<QDialog *>(modal)) {
+            if (!m_scripted)
+                closeDialog(dialog);
+        }
     }
 
 private:
@@ -109,6 +118,7 @@ private:
 
     QString m_logPath;
     QString m_answer;
+    bool m_scripted;
     QTimer m_timer;
     // A dialog that closes takes a moment to leave the modal stack; it must
     // not be recorded twice.
@@ -122,6 +132,9 @@ void startDialogWatchdog()
     if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
         return;
     new DialogWatchdog(QCoreApplication::instance());
+    const QString script = qEnvironmentVariable("ZANMIR_TEST_SCRIPT");
+    if (!script.isEmpty())
+        new ScriptRunner(script, QCoreApplication::instance());
 }
 
 } // namespace

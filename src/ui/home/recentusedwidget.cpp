@@ -1,0 +1,123 @@
+#include "recentusedwidget.h"
+#include "ui_recentusedwidget.h"
+
+#include "applinfo.h"
+#include "processlauncher.h"
+#include "recentuseditem.h"
+#include "recentuseditemdelegate.h"
+
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QStandardItemModel>
+
+namespace {
+
+// Every card opens its project for the picture, so the cards are capped.
+const int kMaximumCards = 100;
+
+} // namespace
+
+RecentUsedWidget::RecentUsedWidget(QWidget *parent)
+    : QWidget(parent)
+    , ui(new Ui::RecentUsedWidget)
+{
+    qRegisterMetaType<RecentUsedItem>("RecentUsedItem");
+    ui->setupUi(this);
+}
+
+RecentUsedWidget::~RecentUsedWidget()
+{
+    delete ui;
+}
+
+void RecentUsedWidget::setProcessLauncher(ProcessLauncher *launcher)
+{
+    m_launcher = launcher;
+    connect(ui->listView, SIGNAL(doubleClicked(QModelIndex)), this, SLOT(doubleClicked(QModelIndex)));
+    connect(m_launcher->getApplInfo(), SIGNAL(signalHistoryInfoUpdated()), this, SLOT(historyInfoUpdated()));
+}
+
+void RecentUsedWidget::historyInfoUpdated()
+{
+    setFileDesc();
+}
+
+void RecentUsedWidget::setFileDesc()
+{
+    const QList<HistoryInfo> histories = m_launcher->getApplInfo()->getHistories();
+    int count = histories.size();
+    if (count < 1) {
+        // The old model stays set, hidden.
+        ui->labelNoHistory->setText(tr("Recent used project does not exist."));
+        ui->labelNoHistory->show();
+        ui->listView->hide();
+        return;
+    }
+    ui->labelNoHistory->hide();
+    ui->listView->show();
+
+    if (m_model) {
+        m_model->clear();
+        // Later: a double click that led here is still running in the view.
+        m_model->deleteLater();
+        m_model = nullptr;
+    }
+    m_model = new QStandardItemModel(this);
+    if (!m_delegate)
+        m_delegate = new RecentUsedItemDelegate(this);
+    ui->listView->setItemDelegate(m_delegate);
+    ui->listView->setModel(m_model);
+
+    if (count > kMaximumCards) {
+        // The placeholder is %2 and there is no %1: arg() fills the lowest one.
+        m_launcher->writeLog(
+            QStringLiteral("RecentUsedWidget::setFileDesc: Histories will be displayed 100 of %2").arg(count));
+        count = kMaximumCards;
+    }
+    for (int i = 0; i < count; ++i) {
+        const HistoryInfo &history = histories.at(i);
+        auto *item = new QStandardItem;
+        item->setData(QVariant::fromValue(RecentUsedItem(m_launcher, history)), Qt::DisplayRole);
+        item->setToolTip(history.getOpenFilePath());
+        item->setDragEnabled(false);
+        m_model->appendRow(item);
+    }
+}
+
+void RecentUsedWidget::doubleClicked(const QModelIndex &index)
+{
+    const RecentUsedItem item = index.data(Qt::DisplayRole).value<RecentUsedItem>();
+    const HistoryInfo history = item.historyInfo();
+
+    // The order matters: a record whose editor and project are both gone
+    // takes the first branch and stays in the list.
+    const EditorInfo editor = m_launcher->findEditorForHistory(history);
+    if (!m_launcher->fileExists(editor.getPath())) {
+        m_launcher->writeLog(QStringLiteral("RecentUsedWidget::clicked: editor does not exist: %1 %2 %3")
+                                 .arg(editor.getApplType(), editor.getEdition(), editor.getVersion()));
+        QMessageBox::warning(this, QCoreApplication::applicationName(),
+            tr("Application does not exist: %1\n(May be uninstalled)\n\nPlease install the editor of the displayed "
+               "version again.")
+                .arg(history.getVersion()),
+            QMessageBox::Ok);
+        return;
+    }
+
+    const QString path = history.getOpenFilePath();
+    if (!m_launcher->fileExists(path)) {
+        QMessageBox::warning(this, QCoreApplication::applicationName(),
+            tr("File not found: %1\n(History will be removed)").arg(QFileInfo(path).fileName()), QMessageBox::Ok);
+        m_launcher->deleteHistoryInfo(history);
+        emit m_launcher->getApplInfo()->signalHistoryInfoUpdated();
+        return;
+    }
+
+    if (!m_launcher->openFileByApplication(path, editor.getPath())) {
+        QMessageBox::warning(this, QCoreApplication::applicationName(),
+            tr("Failed to launch %1").arg(editor.getApplName()), QMessageBox::Ok);
+        return;
+    }
+    // The card moves to the front.
+    if (m_launcher->addHistoryAfterLaunch(editor, path))
+        emit m_launcher->getApplInfo()->signalHistoryInfoUpdated();
+}

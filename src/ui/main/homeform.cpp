@@ -1,0 +1,109 @@
+#include "homeform.h"
+#include "ui_homeform.h"
+
+#include "preferencedialog.h"
+#include "processlauncher.h"
+#include "stylesheet.h"
+#include "timerstopper.h"
+
+namespace {
+
+// The refresh timer ticks every five minutes; the notifier lets one tick a
+// day through.
+const int kRefreshInterval = 300000;
+
+} // namespace
+
+HomeForm::HomeForm(QWidget *parent)
+    : QWidget(parent)
+    , ui(new Ui::HomeForm)
+{
+    ui->setupUi(this);
+    StyleSheet::applyTo(this);
+}
+
+HomeForm::~HomeForm()
+{
+    delete ui;
+}
+
+void HomeForm::hidePages()
+{
+    ui->widgetHome->hide();
+    ui->scrollAreaInfo->hide();
+    ui->scrollAreaHelp->hide();
+    ui->widgetInstalledEditor->hide();
+    ui->widgetLicense->hide();
+}
+
+void HomeForm::setProcessLauncher(ProcessLauncher *launcher)
+{
+    m_launcher = launcher;
+    hidePages();
+
+    ui->widgetMenuButton->setProcessLauncher(m_launcher);
+    ui->widgetHome->setProcessLauncher(m_launcher);
+    ui->widgetHome->refreshRecentProjects();
+    // The rows also tell the menu strip its first appl badge.
+    ui->widgetInstalledEditor->setProcessLauncher(m_launcher);
+    ui->widgetInstalledEditor->rebuildRows();
+    ui->widgetLicense->setProcessLauncher(m_launcher);
+    // The pages are loaded once; Refresh does not reload them.
+    ui->widgetInfo->setProcessLauncher(m_launcher);
+    ui->widgetInfo->setUrl(m_launcher->getWebUrl(QStringLiteral("newsweb")));
+    ui->widgetHelp->setProcessLauncher(m_launcher);
+    ui->widgetHelp->setUrl(m_launcher->getWebUrl(QStringLiteral("howtoweb")));
+    ui->widgetHome->show();
+
+    m_launcher->refreshUpdateState();
+
+    connect(ui->widgetMenuButton, SIGNAL(signalButtonClicked(QString)), this, SLOT(buttonClicked(QString)));
+    connect(m_launcher->getRefreshTimer(), SIGNAL(timeout()), this, SLOT(fireUpdate()));
+    m_launcher->getRefreshTimer()->start(kRefreshInterval);
+    m_launcher->getUpdateNotifier()->restart();
+}
+
+void HomeForm::buttonClicked(const QString &message)
+{
+    // A dialog opened from here runs its own event loop; the daily check
+    // must not fall inside it.
+    const TimerStopper stopper(m_launcher->getUpdateNotifier());
+
+    if (message == QLatin1String("Pref")) {
+        PreferenceDialog dialog(this);
+        dialog.setProcessLauncher(m_launcher);
+        dialog.exec();
+        // The list of installable versions may follow a changed preference.
+        m_launcher->refreshUpdateState();
+        return;
+    }
+    if (message == QLatin1String("Refresh")) {
+        m_launcher->refreshUpdateState();
+        return;
+    }
+
+    hidePages();
+    if (message == QLatin1String("Home")) {
+        ui->widgetHome->show();
+    } else if (message == QLatin1String("Info")) {
+        // Opening the page marks its stamp as seen, server or not.
+        m_launcher->saveWebVersion(QStringLiteral("newsweb"));
+        ui->scrollAreaInfo->show();
+    } else if (message == QLatin1String("Help")) {
+        m_launcher->saveWebVersion(QStringLiteral("howtoweb"));
+        ui->scrollAreaHelp->show();
+    } else if (message == QLatin1String("Appl")) {
+        ui->widgetInstalledEditor->show();
+    } else if (message == QLatin1String("License")) {
+        ui->widgetLicense->show();
+    }
+    // Any other key leaves no page visible, on purpose: there is no fallback.
+}
+
+void HomeForm::fireUpdate()
+{
+    if (!m_launcher->getUpdateNotifier()->isDue())
+        return;
+    buttonClicked(QStringLiteral("Refresh"));
+    m_launcher->getUpdateNotifier()->restart();
+}

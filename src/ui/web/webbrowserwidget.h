@@ -1,0 +1,39 @@
+#ifndef WEBBROWSERWIDGET_H
+#define WEBBROWSERWIDGET_H
+
+#include <QString>
+#include <QUrl>
+#include <QWidget>
+
+class ProcessLauncher;
+
+namespace Ui {
+class WebBrowserWidget;
+}
+
+// Shows one of the maker's pages. Each page that loads is kept in the
+// offline store, and a page that fails to load is shown from that copy, so
+// that the pages still work without a network.
+class WebBrowserWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit WebBrowserWidget(QWidget *parent = nullptr);
+    ~WebBrowserWidget() override;
+
+    // Called once, before setUrl.
+    void setProcessLauncher(ProcessLauncher *launcher);
+    void setUrl(const QString &url);
+
+public slots:
+    void linkClicked(const QUrl &url);
+    void loadFinished(bool b);
+
+private:
+    Ui::WebBrowserWidget *ui;
+    ProcessLauncher *m_launcher = nullptr;
+    QString m_currentUrl;
+};
+
+#endif // WEBBROWSERWIDGET_H

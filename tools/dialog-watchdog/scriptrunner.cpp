@@ -1,0 +1,200 @@
+#include "scriptrunner.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMessageBox>
+#include <QMetaEnum>
+#include <QScreen>
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+
+namespace {
+
+bool g_holdBoxes = false;
+
+// Visible widgets, the active modal window's first, then every top-level's.
+QList<QWidget *> searchRoots()
+{
+    QList<QWidget *> roots;
+    if (QWidget *modal = QApplication::activeModalWidget())
+        roots.append(modal);
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        if (window->isVisible() && !roots.contains(window))
+            roots.append(window);
+    }
+    return roots;
+}
+
+QWidget *findIn(QWidget *root, const QString &name)
+{
+    if (root->objectName() == name)
+        return root;
+    const QList<QWidget *> children = root->findChildren<QWidget *>(name);
+    for (QWidget *child : children) {
+        if (child->isVisible())
+            return child;
+    }
+    return children.value(0);
+}
+
+} // namespace
+
+ScriptRunner::ScriptRunner(const QString &script, QObject *parent)
+    : QObject(parent)
+    , m_steps(script.split(QLatin1Char(';'), Qt::SkipEmptyParts))
+{
+    QTimer::singleShot(0, this, SLOT(next()));
+}
+
+bool ScriptRunner::holdsMessageBoxes()
+{
+    return g_holdBoxes;
+}
+
+QWidget *ScriptRunner::find(const QString &path) const
+{
+    const QStringList names = path.split(QLatin1Char('/'));
+    for (QWidget *root : searchRoots()) {
+        QWidget *found = root;
+        for (const QString &name : names) {
+            found = found ? findIn(found, name) : nullptr;
+        }
+        if (found)
+            return found;
+    }
+    return nullptr;
+}
+
+void ScriptRunner::record(const QString &step, bool ok) const
+{
+    const QString logPath = qEnvironmentVariable("ZANMIR_TEST_DIALOG_LOG");
+    QFile log(logPath);
+    if (logPath.isEmpty() || !log.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
+        return;
+    QJsonObject entry;
+    entry.insert(QStringLiteral("step"), step);
+    entry.insert(QStringLiteral("ok"), ok);
+    log.write(QJsonDocument(entry).toJson(QJsonDocument::Compact) + '\n');
+}
+
+void ScriptRunner::next()
+{
+    if (!m_waitingForTitle.isEmpty()) {
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            if (window->isVisible() && window->windowTitle() == m_waitingForTitle) {
+                record(QStringLiteral("window ") + m_waitingForTitle, true);
+                m_waitingForTitle.clear();
+                break;
+            }
+        }
+        if (!m_waitingForTitle.isEmpty()) {
+            QTimer::singleShot(50, this, SLOT(next()));
+            return;
+        }
+    }
+    while (!m_steps.isEmpty()) {
+        const QString step = m_steps.takeFirst().trimmed();
+        const QString command = step.section(QLatin1Char(' '), 0, 0);
+        const QString argument = step.section(QLatin1Char(' '), 1);
+        if (command == QLatin1String("waitfile")) {
+            if (!QFile::exists(argument)) {
+                m_steps.prepend(step);
+                QTimer::singleShot(50, this, SLOT(next()));
+                return;
+            }
+            record(step, true);
+            continue;
+        }
+        if (command == QLatin1String("window")) {
+            m_waitingForTitle = argument;
+            QTimer::singleShot(0, this, SLOT(next()));
+            return;
+        }
+        if (command == QLatin1String("wait")) {
+            record(step, true);
+            QTimer::singleShot(argument.toInt(), this, SLOT(next()));
+            return;
+        }
+        // The next step is due before this one runs: a click that opens a
+        // dialog returns only when the dialog closes, and the steps go on
+        // inside the dialog's own loop meanwhile.
+        QTimer::singleShot(100, this, SLOT(next()));
+        record(step, run(command, argument));
+        return;
+    }
+}
+
+bool ScriptRunner::run(const QString &command, const QString &argument)
+{
+    const QString first = argument.section(QLatin1Char(' '), 0, 0);
+    const QString second = argument.section(QLatin1Char(' '), 1);
+    if (command == QLatin1String("shot")) {
+        // The part of the screen that the windows cover, dialogs included.
+        QRect area;
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            if (window->isVisible())
+                area |= window->frameGeometry();
+        }
+        QScreen *screen = QGuiApplication::primaryScreen();
+        return screen && !area.isEmpty()
+            && screen->grabWindow(0, area.x(), area.y(), area.width(), area.height()).save(argument, "PNG");
+    }
+    if (command == QLatin1String("hold") || command == QLatin1String("release")) {
+        g_holdBoxes = command == QLatin1String("hold");
+        return true;
+    }
+    if (command == QLatin1String("answer")) {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        const QMetaObject &meta = QMessageBox::staticMetaObject;
+        const QMetaEnum buttons = meta.enumerator(meta.indexOfEnumerator("StandardButtons"));
+        bool known = false;
+        const int wanted = buttons.keyToValue(argument.toLatin1().constData(), &known);
+        QAbstractButton *button = box && known ? box->button(QMessageBox::StandardButton(wanted)) : nullptr;
+        if (button)
+            button->click();
+        return button;
+    }
+    if (command == QLatin1String("close")) {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        for (QWidget *window : windows) {
+            if (window->isVisible())
+                window->close();
+        }
+        return true;
+    }
+    QWidget *widget = find(command == QLatin1String("click") ? argument : first);
+    if (!widget)
+        return false;
+    if (command == QLatin1String("grab"))
+        return widget->grab().save(second, "PNG");
+    if (command == QLatin1String("click")) {
+        if (auto *button = qobject_cast<QAbstractButton *>(widget))
+            button->click();
+        else
+            QTest::mouseClick(widget, Qt::LeftButton);
+        return true;
+    }
+    if (command == QLatin1String("press")) {
+        QTest::mousePress(widget, second == QLatin1String("right") ? Qt::RightButton : Qt::LeftButton);
+        return true;
+    }
+    if (command == QLatin1String("dblclick")) {
+        auto *view = qobject_cast<QAbstractItemView *>(widget);
+        if (!view || !view->model())
+            return false;
+        const QModelIndex index = view->model()->index(second.toInt(), 0);
+        if (!index.isValid())
+            return false;
+        const QPoint centre = view->visualRect(index).center();
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, centre);
+        QTest::mouseDClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, centre);
+        return true;
+    }
+    return false;
+}
