@@ -9,31 +9,53 @@
 
 bool ProcessLauncher::prepareApplUpdater()
 {
+    const QString prefix = QStringLiteral("ProcessLauncher::prepareApplUpdater: ");
     const QString url = m_applInfo->getWebUrl(QStringLiteral("launcher_info_web"), QString());
     QString catalogue;
+    QString reason;
+    bool found = false;
     if (m_httpAccess.get(url)) {
-        writeLog(
-            QStringLiteral("ProcessLauncher::prepareApplUpdater: ApplUpdateInfo is completely loaded from server: [%1]")
-                .arg(url));
-        catalogue = m_httpAccess.getBody();
-        saveOfflineFile(url, catalogue);
+        writeLog(prefix + QStringLiteral("ApplUpdateInfo is completely loaded from server: [%1]").arg(url));
+        // A captive portal or a broken transfer answers too; only a catalogue
+        // may replace the offline copy.
+        found = ApplUpdater::isCatalogue(m_httpAccess.getBody(), &reason);
+        if (found) {
+            catalogue = m_httpAccess.getBody();
+            saveOfflineFile(url, catalogue);
+        } else {
+            writeLog(prefix + QStringLiteral("Reply from server is not a catalogue: [%1] %2").arg(url, reason));
+        }
     } else {
-        // A network failure is no start-up failure while an earlier run left a copy.
-        writeLog(QStringLiteral("ProcessLauncher::prepareApplUpdater: Failed to load ApplUpdateInfo from server: [%1]")
-                     .arg(url));
-        catalogue = restoreOfflineFile(url);
+        writeLog(prefix + QStringLiteral("Failed to load ApplUpdateInfo from server: [%1]").arg(url));
     }
 
-    if (!m_applUpdater)
+    if (!found) {
+        // A network failure is no start-up failure while an earlier run left a copy.
+        const QString copy = restoreOfflineFile(url);
+        found = !copy.isEmpty() && ApplUpdater::isCatalogue(copy, &reason);
+        if (found)
+            catalogue = copy;
+        else if (!copy.isEmpty())
+            writeLog(prefix + QStringLiteral("Offline copy is not a catalogue: [%1] %2").arg(url, reason));
+    }
+
+    // With neither, start-up goes on from the empty catalogue, while a later
+    // refresh keeps the catalogue in use.
+    if (!m_applUpdater) {
         m_applUpdater = new ApplUpdater(
             getTargetSystemName(), [this](const QString &message) { writeLog(message); }, this);
+    } else if (!found) {
+        writeLog(
+            prefix + QStringLiteral("No catalogue from server or offline copy; the one in use is kept: [%1]").arg(url));
+        return false;
+    }
 
     if (!m_applUpdater->setUpdateInfo(catalogue)) {
-        writeLog(QStringLiteral("ProcessLauncher::prepareApplUpdater: %1").arg(m_applUpdater->getErrorText()));
+        writeLog(prefix + m_applUpdater->getErrorText());
         return false;
     }
     m_applUpdater->setRegistry(m_registry);
-    writeLog(QStringLiteral("ProcessLauncher::prepareApplUpdater: %1").arg(m_applUpdater->getInfoText()));
+    writeLog(prefix + m_applUpdater->getInfoText());
     return true;
 }
 

@@ -1,8 +1,11 @@
 #include "httpaccessutility.h"
 
+#include "deploymentconfig.h"
+
 #include <QEventLoop>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QTimer>
 #include <QUrl>
 
 HTTPAccessUtility::HTTPAccessUtility(QObject *parent)
@@ -16,16 +19,30 @@ bool HTTPAccessUtility::get(const QString &url)
 {
     QEventLoop loop;
     connect(&m_manager, SIGNAL(finished(QNetworkReply *)), &loop, SLOT(quit()));
+    // A server may take the request and never finish its answer; the network
+    // stack would wait for ever, and start-up with it.
+    const int timeoutMs = DeploymentConfig::httpTimeoutMs();
+    QTimer deadline;
+    deadline.setSingleShot(true);
+    deadline.setTimerType(Qt::PreciseTimer);
+    connect(&deadline, SIGNAL(timeout()), &loop, SLOT(quit()));
 
     // No attribute is set, so a redirect comes back as the answer itself.
     QNetworkRequest request(QUrl(url, QUrl::TolerantMode));
     QNetworkReply *reply = m_manager.get(request);
-    if (!reply->isFinished())
+    if (!reply->isFinished()) {
+        deadline.start(timeoutMs);
         loop.exec();
+    }
+    const bool timedOut = !reply->isFinished();
+    if (timedOut)
+        reply->abort();
 
     m_statusCode = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (reply->error() != QNetworkReply::NoError) {
-        m_errorText = QStringLiteral("HTTP access failed: %1").arg(reply->errorString());
+    if (timedOut || reply->error() != QNetworkReply::NoError) {
+        const QString reason
+            = timedOut ? QStringLiteral("no complete answer within %1 ms").arg(timeoutMs) : reply->errorString();
+        m_errorText = QStringLiteral("HTTP access failed: %1").arg(reason);
         reply->deleteLater();
         return false;
     }

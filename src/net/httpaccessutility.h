@@ -6,7 +6,8 @@
 #include <QString>
 
 // Fetches one URL into a string and waits for it, in a nested event loop.
-// Redirects are not followed, and there is no time limit of its own.
+// Redirects are not followed. A transfer that has not finished within the
+// deployment's HTTP time-out is ended as a failure.
 class HTTPAccessUtility : public QObject
 {
     Q_OBJECT

@@ -36,3 +36,10 @@ QStringList DeploymentConfig::serviceHosts()
 {
     return value("ZANMIR_SERVICE_HOSTS", ZANMIR_DEFAULT_SERVICE_HOSTS).split(QLatin1Char(';'), Qt::SkipEmptyParts);
 }
+
+int DeploymentConfig::httpTimeoutMs()
+{
+    bool ok = false;
+    const int fromEnvironment = qEnvironmentVariable("ZANMIR_HTTP_TIMEOUT_MS").toInt(&ok);
+    return ok && fromEnvironment > 0 ? fromEnvironment : ZANMIR_DEFAULT_HTTP_TIMEOUT_MS;
+}

@@ -18,6 +18,9 @@ public:
     static QString storeUrl();
     // The service hosts of the proxy bypass test, in their fixed order ("ZANMIR_SERVICE_HOSTS").
     static QStringList serviceHosts();
+    // Milliseconds that one HTTP fetch may take in all ("ZANMIR_HTTP_TIMEOUT_MS");
+    // a value that is not a positive number gives way to the build default.
+    static int httpTimeoutMs();
 
 private:
     static QString value(const char *name, const char *builtIn);

@@ -28,6 +28,26 @@ QByteArray emptyCatalogue()
     return QJsonDocument(root).toJson();
 }
 
+// On a parse error the document stays as it was and the message is set.
+bool parseJson(const QByteArray &bytes, QJsonDocument &document, QString &errorText)
+{
+    QJsonParseError error;
+    const QJsonDocument parsed = QJsonDocument::fromJson(bytes, &error);
+    if (error.error != QJsonParseError::NoError) {
+        errorText = QStringLiteral("Failed to parse JSON document: code[%1] message[%2]")
+                        .arg(static_cast<int>(error.error))
+                        .arg(error.errorString());
+        return false;
+    }
+    document = parsed;
+    return true;
+}
+
+QJsonObject schemaObject(const QJsonDocument &document)
+{
+    return document.object().value(QStringLiteral("1.0.0")).toObject();
+}
+
 } // namespace
 
 ApplUpdater::ApplUpdater(const QString &targetSystemName, const LogFunction &log, QObject *parent)
@@ -45,20 +65,12 @@ void ApplUpdater::setRegistry(Registry *registry)
 
 bool ApplUpdater::setUpdateInfo(const QString &text)
 {
-    const QByteArray bytes = text.isEmpty() ? emptyCatalogue() : text.toUtf8();
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
-    if (error.error != QJsonParseError::NoError) {
-        m_errorText = QStringLiteral("Failed to parse JSON document: code[%1] message[%2]")
-                          .arg(static_cast<int>(error.error))
-                          .arg(error.errorString());
+    if (!parseJson(text.isEmpty() ? emptyCatalogue() : text.toUtf8(), m_document, m_errorText))
         return false;
-    }
-    m_document = document;
     m_webUpdates.clear();
     m_updates.clear();
 
-    const QJsonObject schema = m_document.object().value(QStringLiteral("1.0.0")).toObject();
+    const QJsonObject schema = schemaObject(m_document);
     if (schema.isEmpty())
         return false;
 
@@ -76,6 +88,18 @@ bool ApplUpdater::setUpdateInfo(const QString &text)
         m_updates.append(ApplUpdateInfo(value.toObject()));
 
     m_infoText = QStringLiteral("ApplUpdateInfo set.");
+    return true;
+}
+
+bool ApplUpdater::isCatalogue(const QString &text, QString *reason)
+{
+    QJsonDocument document;
+    if (!parseJson(text.toUtf8(), document, *reason))
+        return false;
+    if (schemaObject(document).isEmpty()) {
+        *reason = QStringLiteral("No catalogue object under \"1.0.0\"");
+        return false;
+    }
     return true;
 }
 

@@ -30,6 +30,9 @@ public:
     // Takes in a catalogue text; an empty text is the empty catalogue. Text
     // that does not parse leaves the previous catalogue in use.
     bool setUpdateInfo(const QString &text);
+    // True when the text is a catalogue: a JSON object with a non-empty object
+    // under "1.0.0". Otherwise the reason says what is wrong with it.
+    static bool isCatalogue(const QString &text, QString *reason);
 
     QList<ApplUpdateInfo> getUpdates(const QString &applType) const;
     // The first catalogue entry newer than the installed build of the record's series.

@@ -95,17 +95,55 @@ private slots:
         const QJsonObject state = TestFiles::readObject(m_profile->managerFile()).value("1.0.0").toObject();
         QCOMPARE(state["web_versions"]["newsweb"]["version"].toString(), QString("1.0.0.0"));
         QCOMPARE(m_launcher->getWebUrl("newsweb"), m_server.url("/news.htm?t=pe1"));
+    }
 
-        // A catalogue that does not parse leaves the previous one in use, and a refresh does nothing.
-        serve("<html><body>Maintenance</body></html>");
+    void unreadableReply_data()
+    {
+        QTest::addColumn<QByteArray>("reply"); // empty: the server is down
+        QTest::addColumn<QByteArray>("copy");
+        QTest::addColumn<QString>("offered"); // what can be installed after the refresh
+        const QByteArray portal = "<html><body>Maintenance</body></html>";
+        const QByteArray copy = CatalogueBuilder().entries({ "editor 2.3.0.1" }).bytes();
+        const QByteArray truncated = copy.left(copy.size() - 3);
+        // clang-format off
+        QTest::newRow("portal page, good copy") << portal << copy << "2.3.0.1";
+        QTest::newRow("truncated, good copy") << truncated << copy << "2.3.0.1";
+        QTest::newRow("portal page, truncated copy") << portal << truncated << "2.2.0.1";
+        QTest::newRow("server down, portal copy") << QByteArray() << portal << "2.2.0.1";
+        // clang-format on
+    }
+
+    // A reply that is no catalogue is not kept; the refresh goes on from the
+    // offline copy, and without a usable copy the catalogue in use stays and
+    // nothing is announced.
+    void unreadableReply()
+    {
+        QFETCH(QByteArray, reply);
+        QFETCH(QByteArray, copy);
+        QFETCH(QString, offered);
+        serve(CatalogueBuilder().entries({ "editor 2.2.0.1" }).bytes());
+        QVERIFY(m_launcher->prepareApplUpdater());
+        const QString copyFile = m_profile->launcherFolder(false) + "/00000001.html";
+        QVERIFY(TestFiles::write(copyFile, copy));
+
+        if (reply.isEmpty())
+            m_server.setAnswer(m_cataloguePath, HttpFixture::status(503, "Service Unavailable", QByteArray()));
+        else
+            serve(reply);
         m_log.mark();
         m_events.clear();
         m_launcher->refreshUpdateState();
-        QVERIFY(m_events.isEmpty());
-        QVERIFY(!m_launcher->prepareApplUpdater());
-        QVERIFY(m_log.newLines().last().startsWith(
-            "ProcessLauncher::prepareApplUpdater: Failed to parse JSON document: code["));
-        QCOMPARE(installable(), (QStringList { "2.2.0.1", "2.1.0.5" }));
+        const bool fromCopy = offered == "2.3.0.1";
+        QCOMPARE(m_events.size(), fromCopy ? 2 : 0);
+        QCOMPARE(m_launcher->prepareApplUpdater(), fromCopy);
+        QCOMPARE(installable(), QStringList { offered });
+        QCOMPARE(TestFiles::read(copyFile), copy);
+        const QString url = m_server.url(m_cataloguePath);
+        const QString prefix = "ProcessLauncher::prepareApplUpdater: ";
+        const QStringList lines = m_log.newLines();
+        QCOMPARE(lines.filter(prefix + "Reply from server is not a catalogue: [" + url + "] ").size(),
+            reply.isEmpty() ? 0 : 2);
+        QCOMPARE(lines.filter(prefix + "Offline copy is not a catalogue: [" + url + "] ").size(), fromCopy ? 0 : 2);
     }
 };
 

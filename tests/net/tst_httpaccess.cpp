@@ -1,8 +1,11 @@
+#include "deploymentconfig.h"
 #include "httpaccessutility.h"
 #include "httpfixture.h"
 #include "networkaccesshelper.h"
 
 #include <QtTest>
+
+#include <memory>
 
 Q_DECLARE_METATYPE(HttpFixture::Answer)
 
@@ -58,6 +61,59 @@ private slots:
         // A failure keeps the body of the last success, and gives a prefix and Qt's reason.
         QCOMPARE(http.getBody(), body);
         QCOMPARE(http.getErrorText().startsWith(QStringLiteral("HTTP access failed: ")), !result);
+    }
+
+    // A server that keeps the connection open without finishing its answer
+    // ends the fetch at the deadline, as any other failure.
+    void deadline_data()
+    {
+        QTest::addColumn<HttpFixture::Answer>("answer");
+        QTest::addColumn<int>("statusCode");
+        QTest::newRow("never answers") << HttpFixture::silent() << 0;
+        QTest::newRow("half a body, then stalls") << HttpFixture::stalled(QByteArray(4096, 'x')) << 200;
+    }
+
+    void deadline()
+    {
+        QFETCH(HttpFixture::Answer, answer);
+        QFETCH(int, statusCode);
+
+        auto stalling = std::make_unique<HttpFixture>();
+        QVERIFY(stalling->listen());
+        stalling->setAnswer(QStringLiteral("/stall"), answer);
+        // Closing the connection later ends a fetch that has no deadline of its own.
+        QTimer guard;
+        guard.setSingleShot(true);
+        connect(&guard, &QTimer::timeout, [&stalling]() { stalling.reset(); });
+        guard.start(5000);
+
+        qputenv("ZANMIR_HTTP_TIMEOUT_MS", "300");
+        HTTPAccessUtility http;
+        QVERIFY(http.get(m_server.url(QStringLiteral("/prime"))));
+        QElapsedTimer elapsed;
+        elapsed.start();
+        const bool result = http.get(stalling->url(QStringLiteral("/stall")));
+        const qint64 msecs = elapsed.elapsed();
+        qunsetenv("ZANMIR_HTTP_TIMEOUT_MS");
+
+        QVERIFY(!result);
+        QCOMPARE(http.getErrorText(), QStringLiteral("HTTP access failed: no complete answer within 300 ms"));
+        QCOMPARE(http.getStatusCode(), statusCode);
+        QCOMPARE(http.getBody(), QStringLiteral("earlier"));
+        QVERIFY2(msecs >= 300 && msecs < 2300, qPrintable(QString::number(msecs)));
+    }
+
+    // A value that cannot serve as a deadline gives way to the build default.
+    void deadlineValue()
+    {
+        qunsetenv("ZANMIR_HTTP_TIMEOUT_MS");
+        const int builtIn = DeploymentConfig::httpTimeoutMs();
+        QVERIFY(builtIn > 0);
+        for (const char *value : { "250", "abc", "0", "-5", "99999999999" }) {
+            qputenv("ZANMIR_HTTP_TIMEOUT_MS", value);
+            QCOMPARE(DeploymentConfig::httpTimeoutMs(), qstrcmp(value, "250") == 0 ? 250 : builtIn);
+        }
+        qunsetenv("ZANMIR_HTTP_TIMEOUT_MS");
     }
 
     void availability()

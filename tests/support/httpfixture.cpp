@@ -29,14 +29,20 @@ void HttpFixture::readRequest()
     ++m_requests[path];
     const Answer answer = m_answers.value(path, status(404, "Not Found", "no such page"));
     if (answer.status.isEmpty()) {
-        socket->abort();
+        if (!answer.stall)
+            socket->abort();
         return;
     }
     QByteArray head = "HTTP/1.1 " + answer.status + "\r\n" + answer.headers;
     if (answer.withLength)
         head += "Content-Length: " + QByteArray::number(answer.body.size()) + "\r\n";
+    head += "Connection: close\r\n\r\n";
+    if (answer.stall) {
+        socket->write(head + answer.body.left(answer.body.size() / 2));
+        return;
+    }
     // One request per connection keeps the scripted cases independent.
-    socket->write(head + "Connection: close\r\n\r\n" + answer.body);
+    socket->write(head + answer.body);
     socket->disconnectFromHost();
 }
 

@@ -19,6 +19,9 @@ public:
         QByteArray headers; // whole lines, each ending in "\r\n"
         QByteArray body;
         bool withLength = true; // without, the body ends where the connection closes
+        // The connection stays open and nothing more comes: after the head and
+        // half the body, or, with an empty status, before any answer at all.
+        bool stall = false;
     };
 
     static Answer status(int code, const QByteArray &reason, const QByteArray &body)
@@ -33,6 +36,8 @@ public:
     }
     static Answer withoutLength(const QByteArray &body) { return { "200 OK", {}, body, false }; }
     static Answer dropped() { return { {}, {}, {} }; }
+    static Answer silent() { return { {}, {}, {}, true, true }; }
+    static Answer stalled(const QByteArray &body) { return { "200 OK", {}, body, true, true }; }
 
     // Listens on 127.0.0.1, on a free port unless one is given.
     bool listen(quint16 port = 0);

@@ -52,6 +52,33 @@ private slots:
         QCOMPARE(versions("editor"), QStringList());
     }
 
+    void isCatalogue_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("reason"); // its beginning; empty for a catalogue
+        const QString parse = "Failed to parse JSON document: code[";
+        const QString schema = "No catalogue object under \"1.0.0\"";
+        QTest::newRow("catalogue") << QString(kIncomplete) << "";
+        QTest::newRow("web stamps only") << R"({"1.0.0": {"web_versions": []}})"
+                                         << "";
+        QTest::newRow("portal page") << "<html><body>Sign in</body></html>" << parse;
+        QTest::newRow("truncated") << QString(kIncomplete).left(200) << parse;
+        QTest::newRow("empty text") << "" << parse;
+        QTest::newRow("other schema") << R"({"2.0.0": {"app_versions": {}}})" << schema;
+        QTest::newRow("empty schema") << R"({"1.0.0": {}})" << schema;
+        QTest::newRow("schema not an object") << R"({"1.0.0": [1]})" << schema;
+        QTest::newRow("array") << R"([{"1.0.0": {"web_versions": []}}])" << schema;
+    }
+
+    void isCatalogue()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, reason);
+        QString found;
+        QCOMPARE(ApplUpdater::isCatalogue(text, &found), reason.isEmpty());
+        QVERIFY2(reason.isEmpty() || found.startsWith(reason), qPrintable(found));
+    }
+
     void searches_data()
     {
         QTest::addColumn<QString>("installed"); // "update" and "recent" ask about the first
