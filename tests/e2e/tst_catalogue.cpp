@@ -4,6 +4,7 @@
 #include "sampleproject.h"
 #include "testfiles.h"
 
+#include <QJsonArray>
 #include <QtTest>
 
 // The real launcher against a plain file store serving the update catalogue.
@@ -30,13 +31,25 @@ class TestCatalogueStartup : public QObject
         m_harness->setServerBase(m_store->url(QString()));
     }
     QString log() const { return m_harness->launcherLog(); }
-    QString offlineCopy() const { return m_harness->profile().launcherFolder(false) + "/00000001.html"; }
+    // The page file that keeps the catalogue's copy, empty when the store has none.
+    QString offlineCopy() const
+    {
+        const QString folder = m_harness->profile().launcherFolder(false);
+        const QString url = m_harness->serverBase() + cataloguePath() + "?t=pe1";
+        for (const QJsonValue entry : TestFiles::readObject(folder + "/OfflineFiles.json")["offlinefiles"].toArray()) {
+            if (entry["url"].toString() == url)
+                return QStringLiteral("%1/%2.html").arg(folder).arg(entry["serial_no"].toInt(), 8, 10, QChar('0'));
+        }
+        return QString();
+    }
 
 private slots:
     void init()
     {
         m_harness.reset(new LauncherHarness);
         QVERIFY(m_harness->isValid() && m_harness->registerVersions({ "2.1.0.5" }));
+        // A start without a project shows the main window; it closes once shown.
+        m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", "window Zanmir Launcher;close");
     }
 
     void offlineCopyCarriesNextStart()
@@ -95,7 +108,7 @@ private slots:
         QVERIFY2(
             log().contains("ProcessLauncher::prepareApplUpdater: Reply from server is not a catalogue: [" + url + "] "),
             qPrintable(log()));
-        QCOMPARE(QFile::exists(offlineCopy()), withCopy);
+        QCOMPARE(!offlineCopy().isEmpty(), withCopy);
         if (withCopy)
             QCOMPARE(TestFiles::read(offlineCopy()), good);
         QCOMPARE(log().count(offersUpdate), withCopy ? 2 : 0);
