@@ -11,6 +11,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -332,8 +333,18 @@ void ApplInfo::addHistoryInfo(HistoryInfo history)
     }
 
     // The serial number is a logical clock: one above the highest in use.
+    // When the clock has run out, the list is numbered anew from 1, oldest
+    // first, which keeps its order.
     std::sort(m_histories.begin(), m_histories.end(), higherSerialFirst);
-    history.setSerialNo(m_histories.isEmpty() ? 1 : m_histories.first().getSerialNo() + 1);
+    int serialNo = 1;
+    if (!m_histories.isEmpty()) {
+        if (m_histories.first().getSerialNo() == std::numeric_limits<int>::max()) {
+            for (int i = 0; i < m_histories.size(); ++i)
+                m_histories[i].setSerialNo(m_histories.size() - i);
+        }
+        serialNo = m_histories.first().getSerialNo() + 1;
+    }
+    history.setSerialNo(serialNo);
     history.setTimestamp(currentTimestamp());
     m_histories.append(history);
     mirrorHistories();

@@ -157,6 +157,45 @@ private slots:
         QVERIFY(!info.isWebVersionUpToDate("newsweb", WebUpdateInfo("newsweb", "1.0.0.0", "/n.htm")));
         QVERIFY(info.isWebVersionUpToDate("howtoweb", WebUpdateInfo("howtoweb", "1.0.0.0", "/h.htm")));
     }
+
+    void serialNumbersRunOut_data()
+    {
+        QTest::addColumn<QString>("stored"); // "serial_no file" pairs
+        QTest::addColumn<QString>("opened");
+        QTest::addColumn<QString>("expected"); // most recent first
+        // clang-format off
+        QTest::newRow("numbered anew, oldest first") << "5 a, 2147483647 b, 9 c" << "d" << "4 d, 3 b, 2 c, 1 a";
+        QTest::newRow("the top one reopened") << "5 a, 2147483647 b, 9 c" << "b" << "10 b, 9 c, 5 a";
+        QTest::newRow("one entry at the top") << "2147483647 a" << "b" << "2 b, 1 a";
+        // clang-format on
+    }
+
+    void serialNumbersRunOut()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QString, opened);
+        QFETCH(QString, expected);
+        TestProfile profile;
+        QJsonObject file = parse(kGoodFile), section = file["1.0.0"].toObject();
+        QJsonArray histories;
+        for (const QString &entry : stored.split(", ")) {
+            QJsonObject history = section.value("histories")[0].toObject();
+            history["serial_no"] = entry.section(' ', 0, 0).toInt();
+            history["openfilepath"] = entry.section(' ', 1);
+            histories.append(history);
+        }
+        section["histories"] = histories;
+        file["1.0.0"] = section;
+        QVERIFY(TestFiles::write(profile.managerFile(), QJsonDocument(file).toJson()));
+        ApplInfo info(profile.managerFile(), false, nullptr);
+        QVERIFY(info.loadFile());
+        info.addHistoryInfo(HistoryInfo("editor", "release", "2.1.0.5", opened));
+        QStringList listed;
+        for (const HistoryInfo &history : info.getHistories())
+            listed.append(QString("%1 %2").arg(history.getSerialNo()).arg(history.getOpenFilePath()));
+        QCOMPARE(listed.join(", "), expected);
+        QCOMPARE(info.getInfoText(), "HistoryInfo added: serial_no=" + expected.section(' ', 0, 0));
+    }
 };
 
 QTEST_GUILESS_MAIN(TestApplInfo)
