@@ -11,6 +11,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <functional>
+
 class ApplInfo;
 class ApplUpdateInfo;
 class ApplUpdater;
@@ -50,12 +52,16 @@ public:
     bool prepareApplUpdater();
     void refreshUpdateState();
     void saveWebVersion(const QString &webType);
-    bool saveApplInfo();
+    // Makes the change (none: only re-reads) on the manager file as it is on
+    // disk, under its write lock, and writes it.
+    bool saveApplInfo(const std::function<void()> &change = std::function<void()>());
     bool saveOfflineFileInfo();
     QString getWebUrl(const QString &webType);
     bool getLocale(QString &locale) const;
     // Where the single-instance lock lies: beside the manager file.
     QString getLockFilePath() const;
+    // After a save: names the copy kept of a manager file that did not parse, if one was kept.
+    void logManagerFileBackup(const QString &format);
     QList<ApplUpdateInfo> getInstallableVersions();
 
     // --- Current editor, pins and recent projects -------------------------
@@ -63,7 +69,7 @@ public:
     void setCurrentEditorInfo(const ApplVersion &version);
     void unsetCurrentEditorInfo();
     bool saveLauncherState();
-    bool saveSettings();
+    bool saveSettings(const std::function<void()> &change = std::function<void()>());
     // Installed editors, newest first, pinned ones ahead of the others.
     QList<EditorInfo> getInstalledEditors();
     bool getLauncherNameAndVersion(QString &applName, QString &version) const;

@@ -15,14 +15,18 @@ const QString kEditorType = QStringLiteral("editor");
 const QString kLauncherType = QStringLiteral("launcher");
 const QString kMacFolder = QStringLiteral("/Library/Application Support/Vorlix");
 
-// The second half of every change to the manager file: log what ApplInfo
-// reported about the change, write, and log the outcome. A failed write
-// leaves its words in the info text, so the error text logged here is the
-// one from before; the in-memory change stands either way.
-bool writeChange(ProcessLauncher &launcher, ApplInfo *applInfo, const QString &format)
+// Every change to the recent list or the pins: make it on the file as it is
+// now, log what ApplInfo reported about it, write, and log the outcome. A
+// failed write leaves its words in the info text, so the error text logged
+// here is the one from before; the in-memory change stands either way.
+bool writeChange(
+    ProcessLauncher &launcher, ApplInfo *applInfo, const QString &format, const std::function<void()> &change)
 {
-    launcher.writeLog(format.arg(applInfo->getInfoText()));
-    const bool written = applInfo->updateFile();
+    const bool written = applInfo->saveChange([&launcher, applInfo, &format, &change]() {
+        change();
+        launcher.writeLog(format.arg(applInfo->getInfoText()));
+    });
+    launcher.logManagerFileBackup(format);
     launcher.writeLog(format.arg(written ? applInfo->getInfoText() : applInfo->getErrorText()));
     return written;
 }
@@ -40,7 +44,9 @@ bool ProcessLauncher::readApplInfo(bool testMode)
 
     // Missing, broken or incomplete: write what could be read, defaults for
     // the rest, and read that back.
-    if (!m_applInfo->createFile())
+    const bool created = m_applInfo->createFile();
+    logManagerFileBackup(QStringLiteral("ProcessLauncher::readApplInfo: %1"));
+    if (!created)
         return false;
     writeLog(QStringLiteral("ProcessLauncher::readApplInfo: %1").arg(m_applInfo->getInfoText()));
     return m_applInfo->loadFile();
@@ -57,9 +63,15 @@ bool ProcessLauncher::readRegistry()
     return m_registry->read();
 }
 
-bool ProcessLauncher::saveApplInfo()
+bool ProcessLauncher::saveApplInfo(const std::function<void()> &change)
 {
-    return m_applInfo->updateFile();
+    return m_applInfo->saveChange(change);
+}
+
+void ProcessLauncher::logManagerFileBackup(const QString &format)
+{
+    if (!m_applInfo->getBackupText().isEmpty())
+        writeLog(format.arg(m_applInfo->getBackupText()));
 }
 
 QString ProcessLauncher::getWebUrl(const QString &webType)
@@ -89,11 +101,12 @@ bool ProcessLauncher::getLauncherVersion()
     // The first entry in catalogue order, not the newest.
     const EditorInfo &first = launchers.first();
     const LauncherInfo launcher(first.getApplName(), first.getVersion(), first.getPath(), first.getUninstallerPath());
-    m_applInfo->setLauncherInfo(launcher);
     writeLog(QStringLiteral("EditorLaunch::getLauncherVersion: Current %1 Version %2: %3")
                  .arg(kLauncherType, launcher.getVersion(), launcher.getPath()));
-    m_applInfo->mirrorLauncherInfo(launcher);
-    return saveSettings();
+    return saveSettings([this, &launcher]() {
+        m_applInfo->setLauncherInfo(launcher);
+        m_applInfo->mirrorLauncherInfo(launcher);
+    });
 }
 
 void ProcessLauncher::setCurrentEditorInfo(const ApplVersion &version)
@@ -125,16 +138,24 @@ void ProcessLauncher::unsetCurrentEditorInfo()
 
 bool ProcessLauncher::saveLauncherState()
 {
-    m_applInfo->mirrorEditorInfo(m_applInfo->getCurrentEditorInfo());
-    m_applInfo->mirrorSelection();
-    return saveSettings();
+    // The default was chosen in memory; it goes onto the file as it is now,
+    // whose pins and recent list may be newer than this process's.
+    const EditorInfo current = m_applInfo->getCurrentEditorInfo();
+    const EditorInfo selected = m_applInfo->getSelectedVersion();
+    return saveSettings([this, &current, &selected]() {
+        m_applInfo->setCurrentEditorInfo(current);
+        m_applInfo->setSelectedVersion(selected);
+        m_applInfo->mirrorEditorInfo(current);
+        m_applInfo->mirrorSelection();
+    });
 }
 
-bool ProcessLauncher::saveSettings()
+bool ProcessLauncher::saveSettings(const std::function<void()> &change)
 {
-    const bool saved = saveApplInfo();
-    writeLog(QStringLiteral("EditorLaunch::saveSettings: %1")
-                 .arg(saved ? m_applInfo->getInfoText() : m_applInfo->getErrorText()));
+    const bool saved = saveApplInfo(change);
+    const QString format = QStringLiteral("EditorLaunch::saveSettings: %1");
+    logManagerFileBackup(format);
+    writeLog(format.arg(saved ? m_applInfo->getInfoText() : m_applInfo->getErrorText()));
     return saved;
 }
 
@@ -165,26 +186,26 @@ bool ProcessLauncher::getLauncherNameAndVersion(QString &applName, QString &vers
 
 bool ProcessLauncher::appendHistoryInfo(HistoryInfo history)
 {
-    m_applInfo->addHistoryInfo(history);
-    return writeChange(*this, m_applInfo, QStringLiteral("ProcessLauncher::appendHistoryInfo: %1"));
+    return writeChange(*this, m_applInfo, QStringLiteral("ProcessLauncher::appendHistoryInfo: %1"),
+        [this, &history]() { m_applInfo->addHistoryInfo(history); });
 }
 
 bool ProcessLauncher::deleteHistoryInfo(const HistoryInfo &history)
 {
-    m_applInfo->deleteHistoryInfo(history);
-    return writeChange(*this, m_applInfo, QStringLiteral("ProcessLauncher::deleteHistoryInfo: %1"));
+    return writeChange(*this, m_applInfo, QStringLiteral("ProcessLauncher::deleteHistoryInfo: %1"),
+        [this, &history]() { m_applInfo->deleteHistoryInfo(history); });
 }
 
 bool ProcessLauncher::addPinnedVersionInfo(const EditorInfo &editor)
 {
-    m_applInfo->addPinnedVersionInfo(editor);
-    return writeChange(*this, m_applInfo, QStringLiteral("ProcessLauncher::addPinnedVersionInfo: %1"));
+    return writeChange(*this, m_applInfo, QStringLiteral("ProcessLauncher::addPinnedVersionInfo: %1"),
+        [this, &editor]() { m_applInfo->addPinnedVersionInfo(editor); });
 }
 
 bool ProcessLauncher::deletePinnedVersionInfo(const EditorInfo &editor)
 {
-    m_applInfo->deletePinnedVersionInfo(editor);
-    return writeChange(*this, m_applInfo, QStringLiteral("ProcessLauncher::deletePinnedVersionInfo: %1"));
+    return writeChange(*this, m_applInfo, QStringLiteral("ProcessLauncher::deletePinnedVersionInfo: %1"),
+        [this, &editor]() { m_applInfo->deletePinnedVersionInfo(editor); });
 }
 
 bool ProcessLauncher::addHistoryAfterLaunch(const EditorInfo &editor, const QString &filePath)
@@ -213,8 +234,7 @@ bool ProcessLauncher::fileExists(const QString &path)
 bool ProcessLauncher::setLocale(const QString &locale)
 {
     // Takes effect at the next start, when the translator is chosen.
-    m_applInfo->setLocale(locale);
-    return saveSettings();
+    return saveSettings([this, &locale]() { m_applInfo->setLocale(locale); });
 }
 
 bool ProcessLauncher::getShowAllVersions(bool &showAll) const
@@ -224,6 +244,6 @@ bool ProcessLauncher::getShowAllVersions(bool &showAll) const
 
 bool ProcessLauncher::setShowAllVersions(bool showAll)
 {
-    m_applInfo->setShowAllVersions(showAll);
-    return saveSettings();
+    // The flag lives in memory only; the file is left as it is.
+    return saveSettings([this, showAll]() { m_applInfo->setShowAllVersions(showAll); });
 }

@@ -2,15 +2,22 @@
 
 #include "deploymentconfig.h"
 #include "jsonfilereader.h"
+#include "jsonrepair.h"
 #include "textfilewriter.h"
 
+#include <QDateTime>
+#include <QDeadlineTimer>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QLocale>
+#include <QLockFile>
+#include <QThread>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -19,6 +26,11 @@ const QString kEditorType = QStringLiteral("editor");
 const QString kNewsWeb = QStringLiteral("newsweb");
 const QString kHowtoWeb = QStringLiteral("howtoweb");
 const QString kHistoryEdited = QStringLiteral("Registory file is edit.");
+const QString kBackupTimeFormat = QStringLiteral("yyyyMMdd-hhmmss");
+// A writer holds the lock for one read and one write of a small file.
+const int kWriteLockStaleMsecs = 5000;
+const int kWriteLockWaitMsecs = 5000;
+const unsigned long kWriteLockPollMsecs = 20;
 
 bool higherSerialFirst(const HistoryInfo &a, const HistoryInfo &b)
 {
@@ -55,7 +67,15 @@ bool ApplInfo::loadFile()
     }
     m_infoText = QStringLiteral("ApplInfo file loaded: %1").arg(m_filePath);
     m_document = reader.getDocument();
+    bool historyDropped = false;
+    const bool complete = readSections(&historyDropped);
+    if (historyDropped)
+        m_infoText = kHistoryEdited;
+    return complete;
+}
 
+bool ApplInfo::readSections(bool *historyDropped)
+{
     const QJsonObject root = m_document.object().value(kFormatVersion).toObject();
     if (root.isEmpty())
         return false;
@@ -88,7 +108,8 @@ bool ApplInfo::loadFile()
         }
         if (error) {
             bad = true;
-            m_infoText = kHistoryEdited;
+            if (historyDropped)
+                *historyDropped = true;
         }
     }
 
@@ -137,13 +158,28 @@ bool ApplInfo::loadFile()
 
 bool ApplInfo::createFile()
 {
-    mirrorLauncherInfo(m_launcherInfo);
-    mirrorEditorInfo(m_currentEditor);
-    mirrorHistories();
-    mirrorSelection();
-    mirrorLocale();
-    mirrorProxyInfo(m_proxyInfo);
-    mirrorWebVersions(m_newsWeb, m_howtoWeb);
+    m_backupText.clear();
+    QLockFile lock(getWriteLockFilePath());
+    if (!takeWriteLock(lock))
+        return false;
+
+    // Another process may have written the file since this one looked.
+    QString text;
+    const FileState state = readCurrentFile(&text);
+    if (state == FileState::Complete) {
+        m_infoText = QStringLiteral("ApplInfo file loaded: %1").arg(m_filePath);
+        return true;
+    }
+    if (state == FileState::Unparsable) {
+        // What is still readable is carried over by the rules of a bad
+        // section; the rest gets its defaults.
+        const QJsonDocument repaired = JsonRepair::repair(text.toUtf8());
+        if (repaired.isObject()) {
+            m_document = repaired;
+            readSections();
+        }
+    }
+    mirrorAll();
 
     TextFileWriter writer(m_filePath);
     if (!writer.writeNew(QString::fromUtf8(m_document.toJson()))) {
@@ -168,6 +204,91 @@ bool ApplInfo::updateFile()
     return true;
 }
 
+bool ApplInfo::saveChange(const std::function<void()> &change)
+{
+    m_backupText.clear();
+    QLockFile lock(getWriteLockFilePath());
+    if (!takeWriteLock(lock)) {
+        // As after a failed write, the change holds in memory.
+        if (change)
+            change();
+        return false;
+    }
+
+    QString onDisk;
+    if (readCurrentFile(&onDisk) != FileState::Complete)
+        mirrorAll();
+    if (change)
+        change();
+    const QString text = QString::fromUtf8(m_document.toJson());
+    if (text == onDisk) {
+        // Nothing to write, and no flush to wait for.
+        m_infoText = QStringLiteral("ApplInfo file updated: %1").arg(m_filePath);
+        return true;
+    }
+    return updateFile();
+}
+
+ApplInfo::FileState ApplInfo::readCurrentFile(QString *text)
+{
+    JsonFileReader reader(m_filePath);
+    const bool parsed = reader.parse();
+    *text = reader.getContents();
+    if (!parsed) {
+        // Missing, blank or unreadable, there is nothing to keep.
+        if (text->isEmpty())
+            return FileState::Missing;
+        keepBackup();
+        return FileState::Unparsable;
+    }
+    m_document = reader.getDocument();
+    return readSections() ? FileState::Complete : FileState::Incomplete;
+}
+
+void ApplInfo::keepBackup()
+{
+    // Never over an earlier copy: a second damage in the same second gets a
+    // numbered name.
+    const QString stem
+        = QStringLiteral("%1.broken-%2").arg(m_filePath, QDateTime::currentDateTime().toString(kBackupTimeFormat));
+    QString backup = stem;
+    for (int i = 2; QFile::exists(backup); ++i)
+        backup = QStringLiteral("%1-%2").arg(stem).arg(i);
+    if (QFile::copy(m_filePath, backup))
+        m_backupText = QStringLiteral("Unreadable ApplInfo file kept as: %1").arg(backup);
+    else
+        m_backupText = QStringLiteral("Failed to keep unreadable ApplInfo file as: %1").arg(backup);
+}
+
+bool ApplInfo::takeWriteLock(QLockFile &lock)
+{
+    // Held only for a read and a write. Short polls rather than the growing
+    // sleeps of a single tryLock(), so that a crowd of processes started
+    // together gets through in turn; a lock whose process has died is
+    // taken over by QLockFile at once.
+    lock.setStaleLockTime(kWriteLockStaleMsecs);
+    QDeadlineTimer deadline(kWriteLockWaitMsecs);
+    while (!lock.tryLock(0)) {
+        if (lock.error() != QLockFile::LockFailedError || deadline.hasExpired()) {
+            m_errorText = QStringLiteral("Failed to lock ApplInfo file: %1").arg(getWriteLockFilePath());
+            return false;
+        }
+        QThread::msleep(kWriteLockPollMsecs);
+    }
+    return true;
+}
+
+void ApplInfo::mirrorAll()
+{
+    mirrorLauncherInfo(m_launcherInfo);
+    mirrorEditorInfo(m_currentEditor);
+    mirrorHistories();
+    mirrorSelection();
+    mirrorLocale();
+    mirrorProxyInfo(m_proxyInfo);
+    mirrorWebVersions(m_newsWeb, m_howtoWeb);
+}
+
 QString ApplInfo::getInfoText() const
 {
     return m_infoText;
@@ -181,6 +302,16 @@ QString ApplInfo::getErrorText() const
 QString ApplInfo::getLockFilePath() const
 {
     return QStringLiteral("%1/%2").arg(QFileInfo(m_filePath).dir().path(), QStringLiteral("ZanmirManager.lock"));
+}
+
+QString ApplInfo::getWriteLockFilePath() const
+{
+    return QStringLiteral("%1/%2").arg(QFileInfo(m_filePath).dir().path(), QStringLiteral("ZanmirManager.write.lock"));
+}
+
+QString ApplInfo::getBackupText() const
+{
+    return m_backupText;
 }
 
 QString ApplInfo::getWebUrl(const QString &webType, const QString &defaultText) const
@@ -229,18 +360,19 @@ bool ApplInfo::isWebVersionUpToDate(const QString &webType, const WebUpdateInfo 
 
 bool ApplInfo::saveWebVersion(const QString &webType, const WebUpdateInfo &record)
 {
-    const WebUpdateInfo stamp(record.getType(), record.getVersion(), record.getUrl());
-    if (webType == kNewsWeb) {
-        mirrorWebVersions(stamp, m_howtoWeb);
-        m_newsWeb = stamp;
-    } else if (webType == kHowtoWeb) {
-        mirrorWebVersions(m_newsWeb, stamp);
-        m_howtoWeb = stamp;
-    } else {
+    if (webType != kNewsWeb && webType != kHowtoWeb)
         return false;
-    }
+    const WebUpdateInfo stamp(record.getType(), record.getVersion(), record.getUrl());
     // The stamp holds in memory whether or not the file could be written.
-    updateFile();
+    saveChange([this, &webType, &stamp]() {
+        if (webType == kNewsWeb) {
+            mirrorWebVersions(stamp, m_howtoWeb);
+            m_newsWeb = stamp;
+        } else {
+            mirrorWebVersions(m_newsWeb, stamp);
+            m_howtoWeb = stamp;
+        }
+    });
     return true;
 }
 
@@ -332,8 +464,18 @@ void ApplInfo::addHistoryInfo(HistoryInfo history)
     }
 
     // The serial number is a logical clock: one above the highest in use.
+    // When the clock has run out, the list is numbered anew from 1, oldest
+    // first, which keeps its order.
     std::sort(m_histories.begin(), m_histories.end(), higherSerialFirst);
-    history.setSerialNo(m_histories.isEmpty() ? 1 : m_histories.first().getSerialNo() + 1);
+    int serialNo = 1;
+    if (!m_histories.isEmpty()) {
+        if (m_histories.first().getSerialNo() == std::numeric_limits<int>::max()) {
+            for (int i = 0; i < m_histories.size(); ++i)
+                m_histories[i].setSerialNo(m_histories.size() - i);
+        }
+        serialNo = m_histories.first().getSerialNo() + 1;
+    }
+    history.setSerialNo(serialNo);
     history.setTimestamp(currentTimestamp());
     m_histories.append(history);
     mirrorHistories();

@@ -14,6 +14,10 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
+class QLockFile;
+
 // The launcher's own state and the manager file that keeps it. The state is
 // held twice: in the typed members, which every reader uses, and in the JSON
 // document, which is what gets written. A change goes to the member first and
@@ -34,10 +38,24 @@ public:
     bool createFile();
     // Writes the document as it stands; nothing is mirrored here.
     bool updateFile();
+    // Applies one change to the file as it is on disk now, so that what
+    // other launcher processes wrote meanwhile survives: under the write
+    // lock the file is read again into the members and the document, the
+    // change alters the members and mirrors them, and the file is written
+    // (not at all when that would not change it). Without the lock the change
+    // is made in memory only and the error text says why; a failed write
+    // leaves its words in the info text, as updateFile() does.
+    bool saveChange(const std::function<void()> &change);
 
     QString getInfoText() const;
     QString getErrorText() const;
     QString getLockFilePath() const;
+    // The lock that keeps writers of the file apart; the single-instance
+    // lock above is another.
+    QString getWriteLockFilePath() const;
+    // Words on the copy that the last createFile() or saveChange() kept of a
+    // file that did not parse, before writing over it; empty when none.
+    QString getBackupText() const;
 
     QString getWebUrl(const QString &webType, const QString &defaultText) const;
     bool isWebVersionUpToDate(const QString &webType, const WebUpdateInfo &remote) const;
@@ -82,6 +100,17 @@ signals:
     void signalPinnedVersionInfoUpdated();
 
 private:
+    enum class FileState { Missing, Unparsable, Incomplete, Complete };
+
+    // Reads the sections of the document into the members by the recovery
+    // rules of loadFile(); true when all were there and sound.
+    bool readSections(bool *historyDropped = nullptr);
+    // Reads the file as it is now into the document and the members, and
+    // gives its text. A file that does not parse is copied aside first.
+    FileState readCurrentFile(QString *text);
+    void keepBackup();
+    bool takeWriteLock(QLockFile &lock);
+    void mirrorAll();
     void mirror(const QString &key, const QJsonValue &value);
     void mirrorLocale();
 
@@ -102,6 +131,7 @@ private:
     QString m_locale;
     ProxyServerInfo m_proxyInfo;
     bool m_showAllVersions = false;
+    QString m_backupText;
 };
 
 #endif // APPLINFO_H

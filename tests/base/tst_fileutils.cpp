@@ -1,5 +1,6 @@
 #include "binaryfilewriter.h"
 #include "jsonfilereader.h"
+#include "jsonrepair.h"
 #include "logwriter.h"
 #include "testfiles.h"
 #include "textfilereader.h"
@@ -66,6 +67,33 @@ private slots:
         const QByteArray bytes("\x00\x01\r\n\xff", 5);
         QVERIFY(writer.writeNew(bytes) && TestFiles::read(path("installer.bin")) == bytes);
         QVERIFY(writer.replace("z") && TestFiles::read(path("installer.bin")) == "z");
+    }
+
+    void jsonRepair_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QByteArray>("expected"); // compact; empty when nothing can be saved
+        // clang-format off
+        QTest::newRow("sound") << QByteArray(R"({"a": [1, {"b": null}]})") << QByteArray(R"({"a":[1,{"b":null}]})");
+        QTest::newRow("trailing NULs and blanks") << QByteArray("{\"a\": 1}\n\0\0\0 \t\0", 15) << QByteArray(R"({"a":1})");
+        QTest::newRow("cut in a string") << QByteArray("{\"a\": {\"b\": 1}, \"c\": [{\"d\": 1}, {\"e\": \"te") << QByteArray(R"({"a":{"b":1},"c":[{"d":1}]})");
+        QTest::newRow("cut after a comma") << QByteArray(R"([{"x": 1}, )") << QByteArray(R"([{"x":1}])");
+        QTest::newRow("cut after a scalar") << QByteArray(R"({"a": [{"x": 1}], "b": 2)") << QByteArray(R"({"a":[{"x":1}]})");
+        QTest::newRow("garbage in the middle") << QByteArray(R"({"a": [{"x": 1}, #!, {"y": 2}], "b": [3]})") << QByteArray(R"({"a":[{"x":1}]})");
+        QTest::newRow("garbage after the end") << QByteArray(R"({"a": [1]}}x)") << QByteArray(R"({"a":[1]})");
+        QTest::newRow("wrong closing bracket") << QByteArray(R"({"a": [1, {"b": 2}}, "c": [3]})") << QByteArray(R"({"a":[1,{"b":2}]})");
+        QTest::newRow("brackets and quotes in strings") << QByteArray("{\"a\": [\"}]\", {\"b\": \"q\\\"{[\"}], \"c\": {\"d") << QByteArray("{\"a\":[\"}]\",{\"b\":\"q\\\"{[\"}]}");
+        QTest::newRow("nothing complete") << QByteArray(R"({"a": 1, "b")") << QByteArray();
+        QTest::newRow("only NULs") << QByteArray(4, '\0') << QByteArray();
+        // clang-format on
+    }
+
+    void jsonRepair()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QByteArray, expected);
+        const QJsonDocument repaired = JsonRepair::repair(text);
+        QCOMPARE(repaired.isNull() ? QByteArray() : repaired.toJson(QJsonDocument::Compact), expected);
     }
 };
 

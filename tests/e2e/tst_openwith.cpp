@@ -120,6 +120,40 @@ private slots:
         QCOMPARE(histories(), (QStringList { "2 2.0.03 scene.xml", "3 2.1.05 scene.zmr" }));
     }
 
+    void twentyAtOnceAllReachTheRecentList()
+    {
+        // Every process reads the manager file at its start and writes it near its end: without
+        // re-reading under a lock the last writer's list replaces everyone else's.
+        const int count = 20;
+        QStringList expected;
+        QList<LauncherRun *> runs;
+        for (int i = 1; i <= count; ++i) {
+            const QString name = QString("p%1.zmr").arg(i, 2, 10, QChar('0'));
+            QVERIFY(SampleProject::writeProject(m_harness->projectPath(name), "2.1.5.0"));
+            expected.append(name);
+        }
+        for (const QString &name : qAsConst(expected))
+            runs.append(m_harness->start(paths({ name })));
+        for (LauncherRun *run : qAsConst(runs))
+            QVERIFY(run->waitForFinished(3 * LauncherHarness::kDefaultTimeout) && ended(run, 0, 0));
+        QVERIFY(m_harness->waitForEditorStarts(count));
+        QCOMPARE(m_harness->editorStarts().size(), count);
+
+        // Every file once, and the serial numbers 1 to 20 in some order.
+        QStringList files;
+        QList<int> serials, numbers;
+        for (const QString &entry : histories()) {
+            serials.append(entry.section(' ', 0, 0).toInt());
+            files.append(entry.section(' ', 2));
+        }
+        for (int i = 1; i <= count; ++i)
+            numbers.append(i);
+        files.sort();
+        std::sort(serials.begin(), serials.end());
+        QCOMPARE(files, expected);
+        QCOMPARE(serials, numbers);
+    }
+
     void heldLockRefusesOnlyTheMainWindow()
     {
         // Stands in for an open main window. Open-with takes no lock: two at once both start their editors.

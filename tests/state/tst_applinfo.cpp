@@ -4,6 +4,7 @@
 
 #include <QJsonArray>
 #include <QLocale>
+#include <QLockFile>
 #include <QtTest>
 
 static const char kServerBase[] = "http://127.0.0.1:8765/base";
@@ -94,8 +95,10 @@ private slots:
         QVERIFY(TestFiles::write(profile.managerFile(), QString(kGoodFile).replace(from, to).toUtf8()));
         ApplInfo info(profile.managerFile(), false, nullptr);
         QCOMPARE(info.loadFile(), loads);
-        // Rewritten from what was read, as start-up does after a failed load.
-        QVERIFY(info.createFile() && info.loadFile());
+        // Rewritten from what was read, as start-up does after a failed load; a page
+        // stamp saved later writes the web records from the members.
+        QVERIFY(loads || (info.createFile() && info.loadFile()));
+        QVERIFY(info.saveWebVersion("howtoweb", WebUpdateInfo("howtoweb", "3.0.0.0", "/help/v3.htm")));
         const QJsonObject written = TestFiles::readObject(profile.managerFile());
         const QJsonObject good = parse(kGoodFile)["1.0.0"].toObject(), expected = parse(changed);
         for (const QString &key : good.keys())
@@ -135,7 +138,7 @@ private slots:
         QFETCH(QString, expected);
         TestProfile profile;
         ApplInfo info(profile.managerFile(), run.endsWith(" test"), nullptr);
-        QVERIFY(info.createFile() && info.setLocale(run.section(' ', 0, 0)));
+        QVERIFY(info.createFile() && info.saveChange([&]() { info.setLocale(run.section(' ', 0, 0)); }));
         const QString news = stamps.section('|', 0, 0), howto = stamps.section('|', 1);
         QVERIFY(news.isEmpty() || info.saveWebVersion("newsweb", WebUpdateInfo("newsweb", "5.0.0.0", news)));
         QVERIFY(howto.isEmpty() || info.saveWebVersion("howtoweb", WebUpdateInfo("howtoweb", "3.0.0.0", howto)));
@@ -156,6 +159,106 @@ private slots:
         // A shorter stamp is older.
         QVERIFY(!info.isWebVersionUpToDate("newsweb", WebUpdateInfo("newsweb", "1.0.0.0", "/n.htm")));
         QVERIFY(info.isWebVersionUpToDate("howtoweb", WebUpdateInfo("howtoweb", "1.0.0.0", "/h.htm")));
+    }
+
+    void serialNumbersRunOut_data()
+    {
+        QTest::addColumn<QString>("stored"); // "serial_no file" pairs
+        QTest::addColumn<QString>("opened");
+        QTest::addColumn<QString>("expected"); // most recent first
+        // clang-format off
+        QTest::newRow("numbered anew, oldest first") << "5 a, 2147483647 b, 9 c" << "d" << "4 d, 3 b, 2 c, 1 a";
+        QTest::newRow("the top one reopened") << "5 a, 2147483647 b, 9 c" << "b" << "10 b, 9 c, 5 a";
+        QTest::newRow("one entry at the top") << "2147483647 a" << "b" << "2 b, 1 a";
+        // clang-format on
+    }
+
+    void serialNumbersRunOut()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QString, opened);
+        QFETCH(QString, expected);
+        TestProfile profile;
+        QJsonObject file = parse(kGoodFile), section = file["1.0.0"].toObject();
+        QJsonArray histories;
+        for (const QString &entry : stored.split(", ")) {
+            QJsonObject history = section.value("histories")[0].toObject();
+            history["serial_no"] = entry.section(' ', 0, 0).toInt();
+            history["openfilepath"] = entry.section(' ', 1);
+            histories.append(history);
+        }
+        section["histories"] = histories;
+        file["1.0.0"] = section;
+        QVERIFY(TestFiles::write(profile.managerFile(), QJsonDocument(file).toJson()));
+        ApplInfo info(profile.managerFile(), false, nullptr);
+        QVERIFY(info.loadFile());
+        info.addHistoryInfo(HistoryInfo("editor", "release", "2.1.0.5", opened));
+        QStringList listed;
+        for (const HistoryInfo &history : info.getHistories())
+            listed.append(QString("%1 %2").arg(history.getSerialNo()).arg(history.getOpenFilePath()));
+        QCOMPARE(listed.join(", "), expected);
+        QCOMPARE(info.getInfoText(), "HistoryInfo added: serial_no=" + expected.section(' ', 0, 0));
+    }
+
+    void unchangedFileIsNotWritten()
+    {
+        TestProfile profile;
+        ApplInfo info(profile.managerFile(), false, nullptr);
+        QVERIFY(info.createFile());
+        QFile file(profile.managerFile());
+        const QDateTime old(QDate(2001, 2, 3), QTime(4, 5, 6));
+        QVERIFY(file.open(QIODevice::ReadOnly) && file.setFileTime(old, QFileDevice::FileModificationTime));
+        file.close();
+        // The show-all flag reaches no file.
+        QVERIFY(info.saveChange([&info]() { info.setShowAllVersions(true); }));
+        QCOMPARE(info.getInfoText(), "ApplInfo file updated: " + profile.managerFile());
+        QCOMPARE(QFileInfo(profile.managerFile()).lastModified(), old);
+        QVERIFY(info.saveChange([&info]() { info.setLocale("ja_JP"); }));
+        QVERIFY(QFileInfo(profile.managerFile()).lastModified() > old);
+    }
+
+    void writeLock_data()
+    {
+        QTest::addColumn<bool>("holderRuns");
+        QTest::newRow("held by a running process") << true;
+        QTest::newRow("left by a process that died") << false;
+    }
+
+    void writeLock()
+    {
+        QFETCH(bool, holderRuns);
+        TestProfile profile;
+        ApplInfo info(profile.managerFile(), false, nullptr);
+        QVERIFY(info.createFile());
+        const QString lockPath = info.getWriteLockFilePath();
+        QCOMPARE(lockPath, profile.launcherFolder() + "/ZanmirManager.write.lock");
+        QLockFile holder(lockPath);
+        QVERIFY(holder.tryLock(0));
+        if (!holderRuns) {
+            // What a crashed writer leaves: the file names a process that is gone, and nobody holds it open.
+            QProcess gone;
+            gone.start("true", QStringList());
+            QVERIFY(gone.waitForStarted());
+            const qint64 pid = gone.processId();
+            QVERIFY(gone.waitForFinished());
+            const QByteArray contents = TestFiles::read(lockPath);
+            holder.unlock();
+            QVERIFY(TestFiles::write(lockPath, QByteArray::number(pid) + contents.mid(contents.indexOf('\n'))));
+        }
+
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(info.saveChange([&info]() { info.setLocale("ja_JP"); }), !holderRuns);
+        QString locale;
+        QVERIFY(info.getLocale(locale) && locale == "ja_JP"); // in memory either way
+        const QString written = TestFiles::readObject(profile.managerFile()).value("1.0.0")["locale"].toString();
+        QCOMPARE(written, holderRuns ? QLocale::system().name() : "ja_JP");
+        if (holderRuns) {
+            QCOMPARE(info.getErrorText(), "Failed to lock ApplInfo file: " + lockPath);
+            QVERIFY2(timer.elapsed() >= 4900, qPrintable(QString::number(timer.elapsed())));
+        } else {
+            QVERIFY(!QFile::exists(lockPath));
+        }
     }
 };
 
