@@ -55,6 +55,9 @@ public:
     // Makes the change (none: only re-reads) on the manager file as it is on
     // disk, under its write lock, and writes it.
     bool saveApplInfo(const std::function<void()> &change = std::function<void()>());
+    // Re-reads the manager file that other launcher processes may have
+    // written; true when the recent-project list changed.
+    bool reloadApplInfo();
     bool saveOfflineFileInfo();
     QString getWebUrl(const QString &webType);
     bool getLocale(QString &locale) const;

@@ -68,6 +68,22 @@ bool ProcessLauncher::saveApplInfo(const std::function<void()> &change)
     return m_applInfo->saveChange(change);
 }
 
+static QList<QJsonObject> historyForms(const QList<HistoryInfo> &histories)
+{
+    QList<QJsonObject> forms;
+    for (const HistoryInfo &history : histories)
+        forms.append(history.toJson());
+    return forms;
+}
+
+bool ProcessLauncher::reloadApplInfo()
+{
+    const QList<QJsonObject> before = historyForms(m_applInfo->getHistories());
+    if (!m_applInfo->reloadFile())
+        return false;
+    return historyForms(m_applInfo->getHistories()) != before;
+}
+
 void ProcessLauncher::logManagerFileBackup(const QString &format)
 {
     if (!m_applInfo->getBackupText().isEmpty())

@@ -229,6 +229,16 @@ bool ApplInfo::saveChange(const std::function<void()> &change)
     return updateFile();
 }
 
+bool ApplInfo::reloadFile()
+{
+    JsonFileReader reader(m_filePath);
+    if (!reader.parse())
+        return false;
+    m_document = reader.getDocument();
+    readSections();
+    return true;
+}
+
 ApplInfo::FileState ApplInfo::readCurrentFile(QString *text)
 {
     JsonFileReader reader(m_filePath);

@@ -46,10 +46,15 @@ public:
     // is made in memory only and the error text says why; a failed write
     // leaves its words in the info text, as updateFile() does.
     bool saveChange(const std::function<void()> &change);
+    // Takes in what other launcher processes wrote since: the file as it is
+    // now replaces the members and the document. A file that does not parse
+    // at this moment is left for the next save to deal with; false then.
+    bool reloadFile();
 
     QString getInfoText() const;
     QString getErrorText() const;
     QString getLockFilePath() const;
+    QString getFilePath() const { return m_filePath; }
     // The lock that keeps writers of the file apart; the single-instance
     // lock above is another.
     QString getWriteLockFilePath() const;

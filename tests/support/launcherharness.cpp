@@ -45,15 +45,15 @@ QList<DialogRecord> LauncherRun::dialogs() const
     return records;
 }
 
-QStringList LauncherRun::failedSteps() const
+QStringList LauncherRun::steps(bool ok) const
 {
-    QStringList failed;
+    QStringList steps;
     for (const QByteArray &line : jsonLines(m_dialogLog)) {
         const QJsonObject record = QJsonDocument::fromJson(line).object();
-        if (record.contains("step") && !record["ok"].toBool())
-            failed.append(record["step"].toString());
+        if (record.contains("step") && record["ok"].toBool() == ok)
+            steps.append(record["step"].toString());
     }
-    return failed;
+    return steps;
 }
 
 QString LauncherRun::describe() const

@@ -38,12 +38,15 @@ public:
     }
     QList<DialogRecord> dialogs() const;
     // The steps of a ZANMIR_TEST_SCRIPT that did not succeed.
-    QStringList failedSteps() const;
+    QStringList failedSteps() const { return steps(false); }
+    // The steps that have succeeded so far, in their order.
+    QStringList doneSteps() const { return steps(true); }
     // Exit status and dialogs, for failure messages; stderr goes to the test's own.
     QString describe() const;
 
 private:
     friend class LauncherHarness;
+    QStringList steps(bool ok) const;
 
     QProcess m_process;
     QString m_dialogLog;

@@ -184,6 +184,18 @@ bool ScriptRunner::run(const QString &command, const QString &argument)
         QTest::mousePress(widget, second == QLatin1String("right") ? Qt::RightButton : Qt::LeftButton);
         return true;
     }
+    if (command == QLatin1String("rows")) {
+        auto *view = qobject_cast<QAbstractItemView *>(widget);
+        QFile file(second);
+        if (!view || !file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            return false;
+        for (int row = 0; view->model() && row < view->model()->rowCount(); ++row) {
+            const QModelIndex index = view->model()->index(row, 0);
+            const QString tip = index.data(Qt::ToolTipRole).toString();
+            file.write((tip.isEmpty() ? index.data().toString() : tip).toUtf8() + '\n');
+        }
+        return true;
+    }
     if (command == QLatin1String("dblclick")) {
         auto *view = qobject_cast<QAbstractItemView *>(widget);
         if (!view || !view->model())

@@ -18,6 +18,7 @@ class QWidget;
 //   click NAME            click a widget found by object name ("a/b": b inside a)
 //   press NAME BUTTON     press a mouse button ("left", "right") on it, no release
 //   dblclick NAME ROW     double-click row ROW of an item view
+//   rows NAME FILE        write the rows of an item view to FILE, a line each (tool tip, else text)
 //   hold / release        keep message boxes open for a screenshot, or answer them again
 //   answer BUTTON         answer the open message box with that button ("Yes", "No", "Ok")
 //   close                 close every top-level window, as the window's close button does

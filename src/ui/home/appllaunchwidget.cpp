@@ -1,6 +1,7 @@
 #include "appllaunchwidget.h"
 #include "ui_appllaunchwidget.h"
 
+#include "elidedlabel.h"
 #include "processlauncher.h"
 
 #include <QMessageBox>
@@ -28,7 +29,7 @@ void ApplLaunchWidget::setEditorInfo(const EditorInfo &editor)
     m_applName = editor.getApplName();
     m_displayVersion = editor.getDisplayVersion();
     m_path = editor.getPath();
-    ui->labelApplType->setText(m_applName);
+    setElidedText(ui->labelApplType, m_applName);
     ui->labelApplVersion->setText(m_displayVersion);
 }
 

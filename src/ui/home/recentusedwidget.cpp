@@ -14,6 +14,8 @@ namespace {
 
 // Every card opens its project for the picture, so the cards are capped.
 const int kMaximumCards = 100;
+// A write shows as several changes of the file and its folder; one reload does.
+const int kReloadDelay = 100;
 
 } // namespace
 
@@ -35,6 +37,32 @@ void RecentUsedWidget::setProcessLauncher(ProcessLauncher *launcher)
     m_launcher = launcher;
     connect(ui->listView, SIGNAL(doubleClicked(QModelIndex)), this, SLOT(doubleClicked(QModelIndex)));
     connect(m_launcher->getApplInfo(), SIGNAL(signalHistoryInfoUpdated()), this, SLOT(historyInfoUpdated()));
+
+    // The file is replaced whole by every writer, so the folder is watched
+    // too: a watch on the replaced file itself ends with it.
+    const QString file = m_launcher->getApplInfo()->getFilePath();
+    m_watcher.addPath(QFileInfo(file).path());
+    m_watcher.addPath(file);
+    connect(&m_watcher, SIGNAL(fileChanged(QString)), this, SLOT(managerFileChanged()));
+    connect(&m_watcher, SIGNAL(directoryChanged(QString)), this, SLOT(managerFileChanged()));
+    m_reloadTimer.setSingleShot(true);
+    m_reloadTimer.setInterval(kReloadDelay);
+    connect(&m_reloadTimer, SIGNAL(timeout()), this, SLOT(reloadManagerFile()));
+}
+
+void RecentUsedWidget::managerFileChanged()
+{
+    m_reloadTimer.start();
+}
+
+void RecentUsedWidget::reloadManagerFile()
+{
+    const QString file = m_launcher->getApplInfo()->getFilePath();
+    if (!m_watcher.files().contains(file) && QFile::exists(file))
+        m_watcher.addPath(file);
+    // Our own saves come back here too; only a changed list is rebuilt.
+    if (m_launcher->reloadApplInfo())
+        emit m_launcher->getApplInfo()->signalHistoryInfoUpdated();
 }
 
 void RecentUsedWidget::historyInfoUpdated()

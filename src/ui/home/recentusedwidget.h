@@ -1,7 +1,9 @@
 #ifndef RECENTUSEDWIDGET_H
 #define RECENTUSEDWIDGET_H
 
+#include <QFileSystemWatcher>
 #include <QModelIndex>
+#include <QTimer>
 #include <QWidget>
 
 class ProcessLauncher;
@@ -30,11 +32,19 @@ public slots:
     void historyInfoUpdated();
     void doubleClicked(const QModelIndex &index);
 
+private slots:
+    // Projects opened by double click elsewhere while the window is open
+    // reach the manager file from their own processes.
+    void managerFileChanged();
+    void reloadManagerFile();
+
 private:
     Ui::RecentUsedWidget *ui;
     ProcessLauncher *m_launcher = nullptr;
     QStandardItemModel *m_model = nullptr;
     RecentUsedItemDelegate *m_delegate = nullptr;
+    QFileSystemWatcher m_watcher;
+    QTimer m_reloadTimer;
 };
 
 #endif // RECENTUSEDWIDGET_H

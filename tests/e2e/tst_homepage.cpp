@@ -1,0 +1,55 @@
+#include "launcherharness.h"
+#include "sampleproject.h"
+#include "testfiles.h"
+
+#include <QtTest>
+
+// The launch page of the real program: a project opened by double click in
+// the file manager while the window is open shows up as the first card, a
+// tile starts its editor, and a card reopens its project.
+class TestHomePage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void dailyUse()
+    {
+        LauncherHarness harness;
+        QVERIFY(harness.isValid() && harness.registerVersions({ "2.0.03", "2.1.05", "2.2.01" }));
+        const QString root = harness.profile().root();
+        const QString tower = harness.projectPath("tower.xml"), scene = harness.projectPath("scene.zmr");
+        QVERIFY(SampleProject::writeProject(tower, "2.0.3.0") && SampleProject::writeProject(scene, "2.1.5.0"));
+        QVERIFY(harness.run({ tower })->exitedWith(0));
+
+        harness.setEnvironmentValue("ZANMIR_TEST_SCRIPT",
+            "window Zanmir Launcher;waitfile " + root + "/opened;wait 1000;rows listView " + root
+                + "/cards-1;press ApplLaunchWidget left;wait 300;dblclick listView 1;wait 1000;rows listView " + root
+                + "/cards-2;close");
+        LauncherRun *window = harness.start({});
+        QVERIFY(QTest::qWaitFor([&]() { return window->doneSteps().contains("window Zanmir Launcher"); }, 30000));
+
+        // The file manager opens another project while the window is open.
+        harness.setEnvironmentValue("ZANMIR_TEST_SCRIPT", QString());
+        QVERIFY(harness.run({ scene })->exitedWith(0));
+        QVERIFY(QFile(root + "/opened").open(QIODevice::WriteOnly));
+        QVERIFY2(window->waitForFinished(60000) && window->exitedWith(0), qPrintable(window->describe()));
+        QCOMPARE(window->failedSteps(), QStringList());
+
+        // Within a second it was the first card; the double click on the
+        // second one brought that to the front.
+        QCOMPARE(QString::fromUtf8(TestFiles::read(root + "/cards-1")).split('\n', Qt::SkipEmptyParts),
+            (QStringList { scene, tower }));
+        QCOMPARE(QString::fromUtf8(TestFiles::read(root + "/cards-2")).split('\n', Qt::SkipEmptyParts),
+            (QStringList { tower, scene }));
+        // The open-withs, the newest tile without a project, the card in its version.
+        const QString editors = root + "/editors/";
+        QVERIFY(harness.waitForEditorStarts(4));
+        QCOMPARE(harness.editorStarts(),
+            (QList<QStringList> { { editors + "2.0.03-release/ZanmirEditor", tower },
+                { editors + "2.1.05-release/ZanmirEditor", scene }, { editors + "2.2.01-release/ZanmirEditor", "" },
+                { editors + "2.0.03-release/ZanmirEditor", tower } }));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestHomePage)
+#include "tst_homepage.moc"
