@@ -87,9 +87,7 @@ QString ProcessLauncher::getOfflineFileName(const OfflineFileInfo &info)
         writeLog(QStringLiteral("OfflineFile::getOfflineFileName: Failed to retrieve offline file name."));
         return QString();
     }
-    const QString folder = ensureFolder(offlineFolder(getTargetSystemName()));
-    return QStringLiteral("%1/%2.html")
-        .arg(folder, QStringLiteral("%1").arg(info.getSerialNo(), 8, 10, QLatin1Char('0')));
+    return OfflineFileManager::pageFileName(ensureFolder(offlineFolder(getTargetSystemName())), info.getSerialNo());
 }
 
 bool ProcessLauncher::saveOfflineFile(const QString &url, const QString &contents)
