@@ -15,6 +15,7 @@
 namespace {
 
 const QString kApplications = QStringLiteral("applications");
+const QString kRecordsStamp = QStringLiteral("records_stamp");
 const QString kApplType = QStringLiteral("appl_type");
 const QString kVersions = QStringLiteral("versions");
 const QString kEdition = QStringLiteral("edition");
@@ -45,10 +46,15 @@ bool Registry::read()
             return false;
         }
     }
-    // A file that parses is taken as it stands; the first query rescans.
+    // A file that parses is taken as it stands. It names the state of the
+    // records that it was built from: while they stay so, no query parses
+    // them again, in this process or a later one.
     m_infoText = QStringLiteral("Registry is read: %1").arg(m_filePath);
     m_document = reader.getDocument();
     m_fileText = reader.getContents();
+    const QByteArray builtFrom = m_document.object().value(kRecordsStamp).toString().toLatin1();
+    if (!builtFrom.isEmpty() && builtFrom == SystemSettings::uninstallRecordsStamp())
+        m_recordsStamp = builtFrom;
     return true;
 }
 
@@ -150,6 +156,10 @@ void Registry::scanInstalledApplications()
     }
     QJsonObject root = m_document.object();
     root.insert(kApplications, array);
+    if (stamp.isEmpty())
+        root.remove(kRecordsStamp);
+    else
+        root.insert(kRecordsStamp, QString::fromLatin1(stamp));
     m_document.setObject(root);
     m_recordsStamp = stamp;
 

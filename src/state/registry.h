@@ -14,7 +14,9 @@
 // The catalogue of installed applications. The uninstall records that the
 // installers write are the truth; the catalogue file is a cache that a list
 // query rebuilds from them whenever they changed on disk, so a version
-// removed by any means is gone at the next query.
+// removed by any means is gone at the next query. The file keeps the stamp
+// of the records it was built from, so that a later start need not parse
+// unchanged records again.
 class Registry : public QObject, public BaseObject
 {
     Q_OBJECT
