@@ -2,8 +2,8 @@
 // reader cost on large inputs. Prints, in one run:
 //  - an open-with start of the real ZanmirLauncher against a bare Qt program
 //    that does only the work every open-with start must do
-//    (bench_startup_bare), at 10 and at 1,000 uninstall groups: the ratio of
-//    the medians, and both in ms;
+//    (bench_startup_bare), at 10 and at 1,000 uninstall groups: the median
+//    of the ratios of runs made in turn, and both medians in ms;
 //  - the median time of one registry query at 1,000 and 5,000 groups;
 //  - the time and the extra peak memory of reading a 200,000-entry archive
 //    and a 200 MB XML project.
@@ -217,6 +217,7 @@ bool compareOpenWith(const Profile &profile, const CatalogueServer &server, int 
     // Turn about, so that a change in the machine's load hits both alike.
     // The first round warms the caches and writes the state files.
     QVector<qint64> launcherNs, bareNs;
+    QVector<double> ratios;
     const int startsBefore = editorStarts(profile);
     for (int round = 0; round <= runs; ++round) {
         const qint64 a = runTimed(launcher, { profile.project() }, profile, server.base());
@@ -226,6 +227,7 @@ bool compareOpenWith(const Profile &profile, const CatalogueServer &server, int 
         if (round > 0) {
             launcherNs.append(a);
             bareNs.append(b);
+            ratios.append(double(a) / double(b));
         }
     }
     // Editors are started detached; give the last ones a moment to log.
@@ -236,10 +238,12 @@ bool compareOpenWith(const Profile &profile, const CatalogueServer &server, int 
     if (editorStarts(profile) != startsBefore + 2 * (runs + 1))
         out() << "  (not every run started the editor)\n";
 
+    // The ratio is the median of the rounds' own ratios, which a change of
+    // load between rounds moves less than the ratio of the medians.
     const double launcherMs = median(launcherNs) / 1e6, bareMs = median(bareNs) / 1e6;
-    out() << QStringLiteral("  %1 groups: %2x (launcher %3 ms, bare program %4 ms)")
+    out() << QStringLiteral("  %1 groups: %2x (medians: launcher %3 ms, bare program %4 ms)")
                  .arg(groups, 5)
-                 .arg(launcherMs / bareMs, 0, 'f', 2)
+                 .arg(median(ratios), 0, 'f', 2)
                  .arg(launcherMs, 0, 'f', 1)
                  .arg(bareMs, 0, 'f', 1)
           << '\n';
