@@ -1,6 +1,8 @@
 #include "processlauncher.h"
 
 #include "applinfo.h"
+#include "brokenfilemover.h"
+#include "leftoverfilesweeper.h"
 #include "offlinefilemanager.h"
 #include "registry.h"
 #include "screeninfo.h"
@@ -9,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QPair>
 #include <QStandardPaths>
 #include <QTranslator>
 
@@ -68,6 +71,25 @@ QString ProcessLauncher::ensureFolder(const QString &folder) const
     return folder;
 }
 
+void ProcessLauncher::setAsideStateFile(
+    const QString &operation, const QString &path, const std::function<bool(QString &reason)> &rebuild)
+{
+    // Only the manager file and the uninstall records are needed to open a
+    // project. Another state file that can be neither read nor replaced is
+    // moved aside and made anew; failing that, the launcher goes on with it
+    // in memory for this run.
+    BrokenFileMover mover(path);
+    QString reason;
+    if (mover.moveAside()) {
+        writeLog(QStringLiteral("%1: %2").arg(operation, mover.getInfoText()));
+        if (rebuild(reason))
+            return;
+    } else {
+        reason = mover.getErrorText();
+    }
+    writeLog(QStringLiteral("%1: Skipped for this run: %2: %3").arg(operation, path, reason));
+}
+
 bool ProcessLauncher::initialize(QTranslator &translator)
 {
     // Once per process: the widgets connect to the state objects made here,
@@ -81,6 +103,7 @@ bool ProcessLauncher::initialize(QTranslator &translator)
     // One level at a time, since mkdir makes only the last one.
     ensureFolder(vorlixDataFolder());
     ensureFolder(launcherDataFolder());
+    removeLeftoverFiles();
 
     if (!readApplInfo(testMode)) {
         writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(m_applInfo->getErrorText()));
@@ -106,6 +129,27 @@ bool ProcessLauncher::initialize(QTranslator &translator)
 
     m_exitStatus = 0;
     return true;
+}
+
+void ProcessLauncher::removeLeftoverFiles()
+{
+    // Temporary files of writes that a killed launcher never finished. An
+    // hour is far longer than any write of another launcher still running.
+    const QList<QPair<QString, QString>> folders {
+        { vorlixDataFolder(), QStringLiteral("ZanmirApplications\\.json") },
+        { launcherDataFolder(), QStringLiteral("ZanmirManager\\.json|OfflineFiles\\.json|\\d{8,}\\.html") },
+    };
+    for (const auto &folder : folders) {
+        QStringList failures;
+        const QStringList removed = LeftoverFileSweeper(folder.first, folder.second).sweep(3600, &failures);
+        for (const QString &path : removed)
+            writeLog(
+                QStringLiteral("ProcessLauncher::removeLeftoverFiles: Removed left-over temporary file: %1").arg(path));
+        for (const QString &path : qAsConst(failures))
+            writeLog(
+                QStringLiteral("ProcessLauncher::removeLeftoverFiles: Failed to remove left-over temporary file: %1")
+                    .arg(path));
+    }
 }
 
 void ProcessLauncher::installTranslator(QTranslator &translator)

@@ -116,6 +116,12 @@ public:
 
 private:
     void installTranslator(QTranslator &translator);
+    void removeLeftoverFiles();
+    // Moves a state file that can be neither read nor replaced aside and
+    // calls rebuild; when either fails, logs that the file is skipped for
+    // this run, naming the path and the reason.
+    void setAsideStateFile(
+        const QString &operation, const QString &path, const std::function<bool(QString &reason)> &rebuild);
     void checkProxy();
     QString ensureFolder(const QString &folder) const;
 

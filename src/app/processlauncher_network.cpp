@@ -42,12 +42,25 @@ bool ProcessLauncher::readOfflineFileInfo()
     m_offlineFiles = new OfflineFileManager(path, this);
     if (m_offlineFiles->readIndexFile())
         return true;
+
     // An index that cannot be read is replaced; the old page files are then
     // overwritten as their numbers are given out again.
-    if (!m_offlineFiles->createIndexFile())
+    const auto rebuild = [this]() {
+        const bool created = m_offlineFiles->createIndexFile();
+        writeLog(QStringLiteral("ProcessLauncher::readOfflineFileInfo: %1").arg(m_offlineFiles->getInfoText()));
+        return created && m_offlineFiles->readIndexFile();
+    };
+    if (rebuild())
+        return true;
+
+    // Opening a project needs no offline copy.
+    setAsideStateFile(QStringLiteral("ProcessLauncher::readOfflineFileInfo"), path, [this, &rebuild](QString &reason) {
+        if (rebuild())
+            return true;
+        reason = m_offlineFiles->getInfoText();
         return false;
-    writeLog(QStringLiteral("ProcessLauncher::readOfflineFileInfo: %1").arg(m_offlineFiles->getInfoText()));
-    return m_offlineFiles->readIndexFile();
+    });
+    return true;
 }
 
 bool ProcessLauncher::saveOfflineFileInfo()
@@ -87,9 +100,7 @@ QString ProcessLauncher::getOfflineFileName(const OfflineFileInfo &info)
         writeLog(QStringLiteral("OfflineFile::getOfflineFileName: Failed to retrieve offline file name."));
         return QString();
     }
-    const QString folder = ensureFolder(offlineFolder(getTargetSystemName()));
-    return QStringLiteral("%1/%2.html")
-        .arg(folder, QStringLiteral("%1").arg(info.getSerialNo(), 8, 10, QLatin1Char('0')));
+    return OfflineFileManager::pageFileName(ensureFolder(offlineFolder(getTargetSystemName())), info.getSerialNo());
 }
 
 bool ProcessLauncher::saveOfflineFile(const QString &url, const QString &contents)

@@ -60,7 +60,19 @@ bool ProcessLauncher::readRegistry()
     m_registry = new Registry(filePath, this);
     writeLog(QStringLiteral("ProcessLauncher::readRegistry: TargetSystemName=%1, RegistryFileName=%2")
                  .arg(getTargetSystemName(), filePath));
-    return m_registry->read();
+    if (m_registry->read())
+        return true;
+
+    // The catalogue is a cache of the uninstall records: the file is not
+    // needed to open a project.
+    writeLog(QStringLiteral("ProcessLauncher::readRegistry: %1").arg(m_registry->getErrorText()));
+    setAsideStateFile(QStringLiteral("ProcessLauncher::readRegistry"), filePath, [this](QString &reason) {
+        if (m_registry->read())
+            return true;
+        reason = m_registry->getErrorText();
+        return false;
+    });
+    return true;
 }
 
 bool ProcessLauncher::saveApplInfo(const std::function<void()> &change)

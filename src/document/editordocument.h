@@ -41,7 +41,8 @@ public:
     QDateTime getLastModified() const { return m_lastModified; }
     QString getEntryName() const { return m_entryName; }
 
-    // The most of an archive entry that is read; see readDocument.
+    // The most of a project that is read: of the archive's header entry, or
+    // of an XML project.
     static constexpr qint64 kMaxEntryBytes = 4 * 1024 * 1024;
 
 protected:

@@ -4,6 +4,38 @@
 
 namespace {
 
+// The first bytes of another device, read as they are asked for: what the
+// XML reader may see of a project. It keeps the text of an element whole,
+// so without a bound a huge element would cost memory to match.
+class BoundedDevice : public QIODevice
+{
+public:
+    BoundedDevice(QIODevice *source, qint64 limit)
+        : m_source(source)
+        , m_left(limit)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override
+    {
+        if (m_left <= 0)
+            return -1;
+        const qint64 count = m_source->read(data, qMin(maxSize, m_left));
+        if (count > 0)
+            m_left -= count;
+        return count;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QIODevice *m_source;
+    qint64 m_left;
+};
+
 // Moves forward to the next start tag of that name, at any depth. False at
 // the end of the document or on any error; the reader does not go back, so
 // an element before the current place is never found.
@@ -36,7 +68,8 @@ EditorDocumentXML::~EditorDocumentXML() = default;
 
 bool EditorDocumentXML::readDocument(QIODevice *device, const QString &)
 {
-    QXmlStreamReader reader(device);
+    BoundedDevice bounded(device, kMaxEntryBytes);
+    QXmlStreamReader reader(&bounded);
     if (!findElement(reader, QStringLiteral("header")))
         return false;
 

@@ -3,10 +3,14 @@
 #include "jsonfilereader.h"
 #include "textfilewriter.h"
 
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
 
 #include <algorithm>
+#include <limits>
 
 static const QString kOfflineFiles = QStringLiteral("offlinefiles");
 static const QString kSerialNo = QStringLiteral("serial_no");
@@ -99,6 +103,11 @@ OfflineFileInfo OfflineFileManager::addInfo(const OfflineFileInfo &info)
     if (m_infoList.isEmpty())
         m_infoList.append(OfflineFileInfo(0, QString()));
 
+    // At the top of the range the numbers in use are closed up to 1..n, so
+    // the next one fits again; the page files move with them.
+    if (m_infoList.first().getSerialNo() == std::numeric_limits<int>::max())
+        renumber();
+
     OfflineFileInfo stored = info;
     stored.setSerialNo(m_infoList.first().getSerialNo() + 1);
     m_infoList.append(stored);
@@ -114,4 +123,47 @@ OfflineFileInfo OfflineFileManager::addInfo(const OfflineFileInfo &info)
 
     m_infoText = QStringLiteral("OfflineFileInfo is created: serial_no=%1").arg(stored.getSerialNo());
     return stored;
+}
+
+QString OfflineFileManager::pageFileName(const QString &folder, int serialNo)
+{
+    return QStringLiteral("%1/%2.html").arg(folder, QStringLiteral("%1").arg(serialNo, 8, 10, QLatin1Char('0')));
+}
+
+void OfflineFileManager::renumber()
+{
+    // The list is sorted highest first; numbering from the lowest keeps the
+    // order. Entries below 1 have no page file and keep their number.
+    const QString folder = QFileInfo(m_indexFilePath).absolutePath();
+    QList<int> pages;
+    for (int i = m_infoList.size() - 1; i >= 0; --i) {
+        if (m_infoList.at(i).getSerialNo() >= 1)
+            pages.append(i);
+    }
+
+    // Through names of their own first: a number given out may still be
+    // the old number of a later page, and an index edited by hand may name
+    // one page twice.
+    QHash<int, QString> parked;
+    for (int i : qAsConst(pages)) {
+        const int oldSerial = m_infoList.at(i).getSerialNo();
+        const QString oldName = pageFileName(folder, oldSerial);
+        const QString parkedName = oldName + QStringLiteral(".renumbered");
+        if (parked.contains(oldSerial) || !QFile::exists(oldName))
+            continue;
+        QFile::remove(parkedName);
+        if (QFile::rename(oldName, parkedName))
+            parked.insert(oldSerial, parkedName);
+    }
+    int next = 1;
+    QHash<int, QString> moved;
+    for (int i : qAsConst(pages)) {
+        const int oldSerial = m_infoList.at(i).getSerialNo();
+        const QString newName = pageFileName(folder, next);
+        if (moved.contains(oldSerial))
+            QFile::copy(moved.value(oldSerial), newName);
+        else if (parked.contains(oldSerial) && QFile::rename(parked.value(oldSerial), newName))
+            moved.insert(oldSerial, newName);
+        m_infoList[i].setSerialNo(next++);
+    }
 }

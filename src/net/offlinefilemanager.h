@@ -37,7 +37,14 @@ public:
     QList<OfflineFileInfo> getInfoList() const { return m_infoList; }
     QString getIndexFilePath() const { return m_indexFilePath; }
 
+    // The page file of a serial number in that folder: eight digits at least.
+    static QString pageFileName(const QString &folder, int serialNo);
+
 private:
+    // Closes the numbers of the pages up to 1..n in their order, the page
+    // files beside the index moving with them.
+    void renumber();
+
     QList<OfflineFileInfo> m_infoList;
     QJsonDocument m_document;
     QString m_indexFilePath;

@@ -1,7 +1,12 @@
 #include "systemsettings.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QStandardPaths>
+
+#ifndef Q_OS_WIN
+#include <sys/stat.h>
+#endif
 
 static QString vorlixConfigFile(const QString &name)
 {
@@ -24,6 +29,27 @@ QString SystemSettings::internetSettingsFile()
     return QString();
 #else
     return vorlixConfigFile(QStringLiteral("InternetSettings.ini"));
+#endif
+}
+
+QByteArray SystemSettings::uninstallRecordsStamp()
+{
+#ifdef Q_OS_WIN
+    return QByteArray();
+#else
+    struct stat status
+    {
+    };
+    if (::stat(QFile::encodeName(uninstallRecordsFile()).constData(), &status) != 0)
+        return QByteArrayLiteral("absent");
+    // A file rewritten in place within one tick of the file system's clock
+    // keeps size, time and inode, so a file changed so lately gets no stamp.
+    const qint64 modifiedNs = qint64(status.st_mtim.tv_sec) * 1000000000 + status.st_mtim.tv_nsec;
+    const qint64 nowNs = QDateTime::currentMSecsSinceEpoch() * 1000000;
+    if (nowNs - modifiedNs < 2000000000LL)
+        return QByteArray();
+    return QByteArray::number(qint64(status.st_size)) + ' ' + QByteArray::number(modifiedNs) + ' '
+        + QByteArray::number(quint64(status.st_ino)) + ' ' + QByteArray::number(quint64(status.st_dev));
 #endif
 }
 

@@ -1,6 +1,7 @@
 #ifndef SYSTEMSETTINGS_H
 #define SYSTEMSETTINGS_H
 
+#include <QByteArray>
 #include <QSettings>
 #include <QString>
 
@@ -18,6 +19,13 @@ public:
     // The current user's Internet settings, or null when this machine has no
     // such source (off Windows: when InternetSettings.ini does not exist).
     static std::unique_ptr<QSettings> openInternetSettings();
+
+    // A cheap token that changes whenever the uninstall records change, so
+    // that they are parsed again only then. Empty when no such token can be
+    // trusted: on Windows, where a value written into a subkey leaves no
+    // trace on the key above it, and while the file is younger than the
+    // coarse clock that stamps files can tell apart from a second write.
+    static QByteArray uninstallRecordsStamp();
 
     // Paths of the INI stand-ins; empty on Windows.
     static QString uninstallRecordsFile();

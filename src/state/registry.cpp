@@ -4,7 +4,9 @@
 #include "systemsettings.h"
 #include "textfilewriter.h"
 
+#include <QHash>
 #include <QJsonArray>
+#include <QPair>
 #include <QSettings>
 #include <QStringList>
 
@@ -13,6 +15,7 @@
 namespace {
 
 const QString kApplications = QStringLiteral("applications");
+const QString kRecordsStamp = QStringLiteral("records_stamp");
 const QString kApplType = QStringLiteral("appl_type");
 const QString kVersions = QStringLiteral("versions");
 const QString kEdition = QStringLiteral("edition");
@@ -43,32 +46,48 @@ bool Registry::read()
             return false;
         }
     }
-    // A file that parses is taken as it stands; the first query rescans.
+    // A file that parses is taken as it stands. It names the state of the
+    // records that it was built from: while they stay so, no query parses
+    // them again, in this process or a later one.
     m_infoText = QStringLiteral("Registry is read: %1").arg(m_filePath);
     m_document = reader.getDocument();
+    m_fileText = reader.getContents();
+    const QByteArray builtFrom = m_document.object().value(kRecordsStamp).toString().toLatin1();
+    if (!builtFrom.isEmpty() && builtFrom == SystemSettings::uninstallRecordsStamp())
+        m_recordsStamp = builtFrom;
     return true;
 }
 
-bool Registry::write()
+QString Registry::fileText() const
 {
     QByteArray json = m_document.toJson();
     const int end = json.indexOf('\0');
     if (end >= 0)
         json.truncate(end);
+    return QString::fromUtf8(json);
+}
 
+bool Registry::write()
+{
+    const QString text = fileText();
     TextFileWriter writer(m_filePath);
-    if (!writer.writeNew(QString::fromUtf8(json))) {
+    if (!writer.writeNew(text)) {
         m_errorText = QStringLiteral("Failed to update registry: %1").arg(writer.getErrorText());
         return false;
     }
+    m_fileText = text;
     m_infoText = QStringLiteral("Registry is updated: %1").arg(m_filePath);
     return true;
 }
 
 void Registry::scanInstalledApplications()
 {
+    // Taken before the read: a change while reading shows at the next query.
+    const QByteArray stamp = SystemSettings::uninstallRecordsStamp();
     // A fresh settings object each time, so that what an installer wrote
-    // since the last scan is seen.
+    // since the last scan is seen. (QSettings keeps small files parsed,
+    // keyed on size and time to the millisecond; a change that keeps both
+    // is not seen before one of them changes.)
     const std::unique_ptr<QSettings> records = SystemSettings::openUninstallRecords();
 
     // Both tests are substring tests on purpose: the key path only has to
@@ -85,8 +104,18 @@ void Registry::scanInstalledApplications()
             subkeys.append(key.split(QLatin1Char('/'), Qt::KeepEmptyParts).first());
     }
 
-    clearApplications();
-
+    // The same catalogue as clearing it and inserting each valid entry with
+    // updateVersion, built in one pass: types in order of first appearance,
+    // and a later entry of a known type, edition and version overwriting the
+    // earlier one in its place.
+    struct Application
+    {
+        QString type;
+        QList<QJsonObject> versions;
+        QHash<QPair<QString, QString>, int> positions;
+    };
+    QList<Application> applications;
+    QHash<QString, int> typePositions;
     for (const QString &subkey : qAsConst(subkeys)) {
         const auto value = [&records, &subkey](const char *name) {
             return records->value(QStringLiteral("%1/%2").arg(subkey, QLatin1String(name)), QString()).toString();
@@ -94,11 +123,50 @@ void Registry::scanInstalledApplications()
         const EditorInfo info(value("AppType"), value("AppName"), value("AppEdition"), value("AppVersion"),
             value("EditorPath"), value("UninstallString"));
         // Half-written entries are skipped without a word.
-        if (info.isValid())
-            updateVersion(QStringLiteral("insert"), info);
+        if (!info.isValid())
+            continue;
+
+        auto type = typePositions.find(info.getApplType());
+        if (type == typePositions.end()) {
+            type = typePositions.insert(info.getApplType(), applications.size());
+            applications.append({ info.getApplType(), {}, {} });
+        }
+        Application &application = applications[*type];
+        const QPair<QString, QString> identity(info.getEdition(), info.getVersion());
+        const auto known = application.positions.constFind(identity);
+        if (known != application.positions.constEnd()) {
+            application.versions[*known] = versionToJson(info);
+            m_infoText = QStringLiteral("updated: %1").arg(describe(info));
+        } else {
+            application.positions.insert(identity, application.versions.size());
+            application.versions.append(versionToJson(info));
+            m_infoText = QStringLiteral("added: %1").arg(describe(info));
+        }
     }
 
-    write();
+    QJsonArray array;
+    for (const Application &application : qAsConst(applications)) {
+        QJsonArray versions;
+        for (const QJsonObject &version : application.versions)
+            versions.append(version);
+        QJsonObject object;
+        object.insert(kApplType, application.type);
+        object.insert(kVersions, versions);
+        array.append(object);
+    }
+    QJsonObject root = m_document.object();
+    root.insert(kApplications, array);
+    if (stamp.isEmpty())
+        root.remove(kRecordsStamp);
+    else
+        root.insert(kRecordsStamp, QString::fromLatin1(stamp));
+    m_document.setObject(root);
+    m_recordsStamp = stamp;
+
+    // The file is a cache: written when what it would hold differs from
+    // what it holds, and a failed write is left for the next change.
+    if (fileText() != m_fileText)
+        write();
 }
 
 void Registry::clearApplications()
@@ -193,7 +261,8 @@ QJsonObject Registry::versionToJson(const EditorInfo &info) const
 
 QList<EditorInfo> Registry::getVersionList(const QString &applType)
 {
-    scanInstalledApplications();
+    if (m_recordsStamp.isEmpty() || SystemSettings::uninstallRecordsStamp() != m_recordsStamp)
+        scanInstalledApplications();
 
     QList<EditorInfo> list;
     const QJsonArray applications = m_document.object().value(kApplications).toArray();

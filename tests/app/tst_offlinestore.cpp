@@ -101,6 +101,25 @@ private slots:
         QCOMPARE(TestFiles::read(path(QStringLiteral("00000001.html"))), QByteArray("new page"));
     }
 
+    // At the top of the number range the pages are numbered 1..n again, in
+    // their order, and every copy moves with its number.
+    void serialAtTheTopRenumbers()
+    {
+        QVERIFY(TestFiles::write(indexPath(), R"({"offlinefiles": [{"serial_no": 0, "url": ""},
+            {"serial_no": 2147483647, "url": "top"}, {"serial_no": 7, "url": "seven"},
+            {"serial_no": 5, "url": "five"}]})"));
+        for (const char *page : { "2147483647 top", "00000007 seven", "00000005 five" })
+            QVERIFY(TestFiles::write(path(QString(page).section(' ', 0, 0) + ".html"), QString(page).toUtf8()));
+        QVERIFY(m_launcher->readOfflineFileInfo());
+
+        QVERIFY(m_launcher->saveOfflineFile(QStringLiteral("new"), QStringLiteral("new page")));
+        QCOMPARE(index(), (QStringList { "3 top", "2 seven", "1 five", "0 ", "4 new" }));
+        QCOMPARE(QDir(path(QString())).entryList({ "*.html*" }),
+            (QStringList { "00000001.html", "00000002.html", "00000003.html", "00000004.html" }));
+        for (const char *page : { "2147483647 top", "00000007 seven", "00000005 five" })
+            QCOMPARE(m_launcher->restoreOfflineFile(QString(page).section(' ', 1)), QString(page));
+    }
+
     void failedIndexWriteSavesNoPage()
     {
         QVERIFY(QFile::remove(indexPath()) && QDir().mkdir(indexPath()));

@@ -1,8 +1,11 @@
 #include "binaryfilewriter.h"
+#include "brokenfilemover.h"
 #include "jsonfilereader.h"
 #include "jsonrepair.h"
+#include "leftoverfilesweeper.h"
 #include "logwriter.h"
 #include "testfiles.h"
+#include "testprivileges.h"
 #include "textfilereader.h"
 #include "textfilewriter.h"
 
@@ -16,6 +19,8 @@ class TestFileUtils : public QObject
     QString path(const QString &name) const { return m_dir.filePath(name); }
 
 private slots:
+    void initTestCase() { QVERIFY(TestPrivileges::dropFileOverride()); }
+
     void readerFailures()
     {
         // "a" is missing, "b" blank, "c" a folder, which exists but reads as no file; "d" has a trailing comma.
@@ -94,6 +99,63 @@ private slots:
         QFETCH(QByteArray, expected);
         const QJsonDocument repaired = JsonRepair::repair(text);
         QCOMPARE(repaired.isNull() ? QByteArray() : repaired.toJson(QJsonDocument::Compact), expected);
+    }
+
+    // Whatever stands at the path moves under a dated name, and a second
+    // move does not take the first one's place.
+    void moveAside()
+    {
+        QVERIFY(QDir().mkpath(path("aside/catalogue.json/x")));
+        QStringList moved;
+        for (const QString name : { "catalogue.json", "index.json", "index.json" }) {
+            QVERIFY(name.startsWith("catalogue") || TestFiles::write(path("aside/" + name), name.toUtf8() + '1'));
+            BrokenFileMover mover(path("aside/" + name));
+            QVERIFY(mover.moveAside());
+            QCOMPARE(mover.getInfoText(), "Moved aside: " + path("aside/" + name) + " to " + mover.getMovedPath());
+            moved.append(mover.getMovedPath().remove(path("aside/")));
+        }
+        QVERIFY(QDir(path("aside")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries) == moved);
+        QVERIFY(moved.join(' ').contains(QRegularExpression(
+            "^catalogue.json.\\d{8}-\\d{6} index.json.\\d{8}-\\d{6} index.json.\\d{8}-\\d{6}(-2)?$")));
+        QVERIFY(moved[1] != moved[2] && QDir(path("aside/" + moved[0] + "/x")).exists());
+
+        // A folder where nothing may be renamed keeps the file, and the words say why.
+        QVERIFY(TestFiles::write(path("aside/index.json"), "{"));
+        QVERIFY(QFile::setPermissions(path("aside"), QFile::ReadOwner | QFile::ExeOwner));
+        BrokenFileMover stuck(path("aside/index.json"));
+        const bool movedStuck = stuck.moveAside();
+        QVERIFY(QFile::setPermissions(path("aside"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QVERIFY(!movedStuck && QFile::exists(path("aside/index.json")));
+        QVERIFY2(stuck.getErrorText().startsWith("Failed to move aside: " + path("aside/index.json") + ": ")
+                && stuck.getErrorText().endsWith("Permission denied"),
+            qPrintable(stuck.getErrorText()));
+    }
+
+    void leftoverFiles_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("ageMinutes");
+        QTest::addColumn<bool>("removed");
+        QTest::newRow("left by a write") << "ZanmirManager.json.AbCdEf" << 61 << true;
+        QTest::newRow("left by a page write") << "00000012.html.qwErTy" << 600 << true;
+        QTest::newRow("maybe still written") << "ZanmirManager.json.AbCdEf" << 59 << false;
+        QTest::newRow("the state file") << "ZanmirManager.json" << 600 << false;
+        QTest::newRow("moved aside") << "ZanmirManager.json.20250101-101010" << 600 << false;
+        QTest::newRow("five letters") << "ZanmirManager.json.AbCdE" << 600 << false;
+        QTest::newRow("another program's") << "notes.txt.AbCdEf" << 600 << false;
+    }
+
+    void leftoverFiles()
+    {
+        QFETCH(QString, name);
+        QFETCH(int, ageMinutes);
+        QFETCH(bool, removed);
+        const QString folder = path(QTest::currentDataTag());
+        QVERIFY(QDir().mkpath(folder) && TestFiles::write(folder + '/' + name, "{"));
+        QVERIFY(TestFiles::setModified(folder + '/' + name, QDateTime::currentDateTime().addSecs(-60 * ageMinutes)));
+        const LeftoverFileSweeper sweeper(folder, "ZanmirManager\\.json|\\d{8,}\\.html");
+        QCOMPARE(sweeper.sweep(3600), removed ? QStringList { folder + '/' + name } : QStringList());
+        QCOMPARE(QFile::exists(folder + '/' + name), !removed);
     }
 };
 

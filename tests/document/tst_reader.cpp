@@ -1,4 +1,5 @@
 #include "editordocmanager.h"
+#include "editordocument.h"
 #include "editorinfo.h"
 #include "sampleproject.h"
 #include "testfiles.h"
@@ -14,6 +15,7 @@ QString v(quint16 a, quint16 b, quint16 c, quint16 d)
 }
 
 const QString kGood = v(2, 3, 4, 5);
+const int kBound = int(EditorDocument::kMaxEntryBytes);
 const QString kMarker = QStringLiteral("22 serialization::archive 17");
 
 QString header(const QString &version, const QString &signature = QStringLiteral("zmr"))
@@ -105,12 +107,17 @@ private slots:
         QTest::newRow("zmr letters") << "zmr" << zmrText("abc") << "0.5.00";
         QTest::newRow("first entry of another name") << "zmr" << zip({ { "header.dat", good }, { "b.txt", "x" } }) << "2.3.04";
         QTest::newRow("DOCUMENT.TXT not first") << "zmr" << zip({ { "a.txt", "x" }, { "DOCUMENT.TXT", good } }) << "2.3.04";
+        // Read up to the bound, the words of a longer line still count.
+        QTest::newRow("header line longer than the bound") << "zmr" << zmr({ kMarker, header(kGood) + ' ' + QString(kBound, 'x') }) << "2.3.04";
         QTest::newRow("formatVer 1") << "xml" << xml(kGood, "1") << "2.3.04";
         QTest::newRow("formatVer 0") << "xml" << xml(kGood, "0") << "";
         QTest::newRow("formatVer abc sorts after 1") << "xml" << xml(kGood, "abc") << "2.3.04";
         QTest::newRow("A0 B4 C9 keeps its numbers") << "xml" << xml(v(0, 4, 9, 3)) << "0.4.09";
         QTest::newRow("xml letters") << "xml" << xml("abc") << "0.0.00";
         QTest::newRow("formatVer before signature") << "xml" << order.arg("formatVer", "1", "signature", "zmr", kGood).toUtf8() << "";
+        // The XML reader sees no more of the file than the bound either.
+        QTest::newRow("xml version word past the bound") << "xml" << xml(QString(kBound, '1')) << "";
+        QTest::newRow("xml header past the bound") << "xml" << "<project><notes>" + QByteArray(kBound, 'x') + "</notes>" + xml(kGood).mid(xml(kGood).indexOf("<header>")) << "";
         QTest::newRow("syntax error") << "xml" << order.arg("signature", "zmr", "formatVer", "1</formatver><x>", kGood).toUtf8() << "";
         // clang-format on
     }
@@ -130,6 +137,22 @@ private slots:
         // A failed read still fills the record, with the defaults.
         QCOMPARE(info.getEdition() + ' ' + info.getVersion(),
             QStringLiteral("release ") + (version.isEmpty() ? QStringLiteral("0.1.00") : version));
+    }
+
+    // An archive of more entries than a plain zip directory counts, none of
+    // them "document.txt": the first is read in its place.
+    void manyEntries()
+    {
+        QList<SampleProject::Entry> entries { { QStringLiteral("header.dat"), SampleProject::documentText(kGood) } };
+        for (int i = 1; i < 200000; ++i)
+            entries.append({ QStringLiteral("assets/%1.bin").arg(i), QByteArrayLiteral("0 serialization::archive") });
+        const QString path = m_dir.filePath(QStringLiteral("many.zmr"));
+        QVERIFY(SampleProject::writeArchive(path, entries, false));
+        EditorDocManager manager(nullptr, path);
+        QVERIFY(manager.createDocument());
+        EditorInfo info;
+        QVERIFY(manager.getEditorInfo(info, QDateTime()));
+        QCOMPARE(info.getVersion(), QStringLiteral("2.3.04"));
     }
 
     void vanishedFile()

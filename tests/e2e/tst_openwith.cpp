@@ -1,6 +1,7 @@
 #include "launcherharness.h"
 #include "sampleproject.h"
 #include "testfiles.h"
+#include "testprivileges.h"
 
 #include <QJsonArray>
 #include <QLockFile>
@@ -42,6 +43,9 @@ class TestOpenWith : public QObject
     }
 
 private slots:
+    // Permissions bind the launchers this test starts, root or not.
+    void initTestCase() { QVERIFY(TestPrivileges::dropFileOverride()); }
+
     // Installed versions carry the text that the editor writes into its projects (A.B.CC).
     void init()
     {
@@ -110,6 +114,47 @@ private slots:
             m_harness->projectPath(opened.section(' ', 1)) };
         QCOMPARE(m_harness->editorStarts(), opened.isEmpty() ? QList<QStringList>() : QList<QStringList> { start });
         QCOMPARE(histories(), opened.isEmpty() ? QStringList() : QStringList { "1 " + opened });
+    }
+
+    // Open-with needs only the manager file and the uninstall records: any
+    // other state file broken on its own changes nothing the user sees.
+    void brokenStateFile_data()
+    {
+        QTest::addColumn<QString>("file"); // below the data folder
+        QTest::addColumn<QString>("damage");
+        const QString catalogue = "Vorlix/ZanmirApplications.json", index = "Vorlix/ZanmirLauncher/OfflineFiles.json";
+        QTest::newRow("folder at the catalogue path") << catalogue << "folder";
+        QTest::newRow("unreadable catalogue") << catalogue << "unreadable";
+        QTest::newRow("folder at the index path") << index << "folder";
+        QTest::newRow("unreadable index") << index << "unreadable";
+        QTest::newRow("garbage index") << index << "garbage";
+        QTest::newRow("left-over of a write") << "Vorlix/ZanmirLauncher/ZanmirManager.json.qWeRty"
+                                              << "left over";
+    }
+
+    void brokenStateFile()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, damage);
+        const QString path = m_harness->profile().dataHome() + '/' + file;
+        QVERIFY(QDir().mkpath(damage == "folder" ? path + "/x" : QFileInfo(path).absolutePath()));
+        if (damage != "folder")
+            QVERIFY(TestFiles::write(path, QByteArray("\x89{\"offlinefiles\": [\0", 19)));
+        if (damage == "unreadable")
+            QVERIFY(QFile::setPermissions(path, QFile::WriteOwner));
+        if (damage == "left over")
+            QVERIFY(TestFiles::setModified(path, QDateTime::currentDateTime().addSecs(-7200)));
+
+        QVERIFY(ended(m_harness->run(paths({ "scene.zmr" })), 0, 0));
+        QVERIFY(m_harness->waitForEditorStarts(1));
+        const QString editor = m_harness->profile().root() + "/editors/2.1.05-release/ZanmirEditor";
+        QCOMPARE(m_harness->editorStarts(), (QList<QStringList> { { editor, m_harness->projectPath("scene.zmr") } }));
+        QCOMPARE(histories(), QStringList { "1 2.1.05 scene.zmr" });
+        if (damage == "left over") {
+            QVERIFY(!QFile::exists(path));
+            QVERIFY(m_harness->launcherLog().contains(
+                "ProcessLauncher::removeLeftoverFiles: Removed left-over temporary file: " + path + '\n'));
+        }
     }
 
     void reopeningReplacesTheHistoryEntry()

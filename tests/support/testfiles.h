@@ -1,6 +1,7 @@
 #ifndef TESTFILES_H
 #define TESTFILES_H
 
+#include <QDateTime>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -19,6 +20,12 @@ public:
     {
         QFile file(path);
         return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(contents) == contents.size();
+    }
+    // Sets the modification time without touching the contents.
+    static bool setModified(const QString &path, const QDateTime &time)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) && file.setFileTime(time, QFileDevice::FileModificationTime);
     }
     // The root object of a JSON file, empty when there is none.
     static QJsonObject readObject(const QString &path) { return QJsonDocument::fromJson(read(path)).object(); }

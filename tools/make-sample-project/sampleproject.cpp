@@ -1,5 +1,6 @@
 #include "sampleproject.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringList>
@@ -54,15 +55,23 @@ QByteArray SampleProject::xmlText(const QString &lastEditorVersion, const QStrin
         .toUtf8();
 }
 
-bool SampleProject::writeArchive(const QString &path, const QList<Entry> &entries)
+bool SampleProject::writeArchive(const QString &path, const QList<Entry> &entries, bool compressed)
 {
-    QuaZip zip(path);
+    // Built in memory and written once: the zip writer seeks back to every
+    // local header, and a file flushes at each seek.
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QuaZip zip(&buffer);
     if (!zip.open(QuaZip::mdCreate))
         return false;
     bool ok = true;
+    // One time stamp for all: taking the clock for each entry is slow.
+    QuaZipNewInfo info { QString() };
     for (const Entry &entry : entries) {
         QuaZipFile file(&zip);
-        if (!file.open(QIODevice::WriteOnly, QuaZipNewInfo(entry.name))) {
+        info.name = entry.name;
+        if (!file.open(QIODevice::WriteOnly, info, nullptr, 0, compressed ? Z_DEFLATED : 0,
+                compressed ? Z_DEFAULT_COMPRESSION : 0)) {
             ok = false;
             break;
         }
@@ -72,7 +81,7 @@ bool SampleProject::writeArchive(const QString &path, const QList<Entry> &entrie
             break;
     }
     zip.close();
-    return ok && zip.getZipError() == ZIP_OK;
+    return ok && zip.getZipError() == ZIP_OK && writeFile(path, bytes);
 }
 
 bool SampleProject::writePaddedArchive(

@@ -30,8 +30,8 @@ public:
         const QString &signature = QStringLiteral("zmr"));
 
     // A zip archive holding the entries in this order; none gives an
-    // archive without entries.
-    static bool writeArchive(const QString &path, const QList<Entry> &entries);
+    // archive without entries. Stored entries are much quicker to write.
+    static bool writeArchive(const QString &path, const QList<Entry> &entries, bool compressed = true);
     // One entry: the head, then the filler repeated until fillerBytes more
     // bytes are written. Highly repetitive filler keeps the file small.
     static bool writePaddedArchive(const QString &path, const QString &entryName, const QByteArray &head,

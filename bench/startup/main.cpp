@@ -1,0 +1,400 @@
+// What a start of the launcher costs, and what its queries and its project
+// reader cost on large inputs. Prints, in one run:
+//  - an open-with start of the real ZanmirLauncher against a bare Qt program
+//    that does only the work every open-with start must do
+//    (bench_startup_bare), at 10 and at 1,000 uninstall groups: the median
+//    of the ratios of runs made in turn, and both medians in ms;
+//  - the median time of one registry query at 1,000 and 5,000 groups;
+//  - the time and the extra peak memory of reading a 200,000-entry archive
+//    and a 200 MB XML project.
+// Everything runs on a sandbox profile in a temporary folder, with the
+// catalogue served on loopback and the sample editor as the installed one.
+//
+// Usage: bench_startup [RUNS]   (runs per program and size, default 15)
+#include "editordocmanager.h"
+#include "editorinfo.h"
+#include "registry.h"
+#include "sampleproject.h"
+#include "systemsettings.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QHash>
+#include <QProcess>
+#include <QSettings>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QThread>
+
+#include <algorithm>
+
+namespace {
+
+const QString kCataloguePath = QStringLiteral("/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1");
+const QByteArray kCatalogue = R"({"1.0.0": {"app_versions": {"update_date": "2024/01/01", "updates": []}}})";
+const QString kEditorVersion = QStringLiteral("2.1.0.5");
+
+QTextStream &out()
+{
+    static QTextStream stream(stdout);
+    return stream;
+}
+
+template<class T> T median(QVector<T> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.isEmpty() ? T() : values.at(values.size() / 2);
+}
+
+// Answers every request with the catalogue; listens on loopback only and
+// works while this thread runs an event loop.
+class CatalogueServer : public QObject
+{
+    Q_OBJECT
+
+public:
+    bool listen()
+    {
+        connect(&m_server, SIGNAL(newConnection()), this, SLOT(accept()));
+        return m_server.listen(QHostAddress::LocalHost, 0);
+    }
+    QString base() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_server.serverPort()); }
+
+private slots:
+    void accept()
+    {
+        while (QTcpSocket *socket = m_server.nextPendingConnection()) {
+            connect(socket, SIGNAL(readyRead()), this, SLOT(answer()));
+            connect(socket, SIGNAL(disconnected()), socket, SLOT(deleteLater()));
+        }
+    }
+    void answer()
+    {
+        QTcpSocket *socket = qobject_cast<QTcpSocket *>(sender());
+        QByteArray &request = m_requests[socket];
+        request += socket->readAll();
+        if (!request.contains("\r\n\r\n"))
+            return;
+        m_requests.remove(socket);
+        socket->write("HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nConnection: close\r\nContent-Length: "
+            + QByteArray::number(kCatalogue.size()) + "\r\n\r\n" + kCatalogue);
+        socket->disconnectFromHost();
+    }
+
+private:
+    QTcpServer m_server;
+    QHash<QTcpSocket *, QByteArray> m_requests;
+};
+
+// A throw-away user profile, as the tests make them.
+class Profile
+{
+public:
+    bool isValid() const { return m_dir.isValid(); }
+    QString path(const QString &name) const { return m_dir.path() + QLatin1Char('/') + name; }
+    QString recordsFile() const { return path(QStringLiteral("config/Vorlix/UninstallRecords.ini")); }
+    QString project() const { return path(QStringLiteral("projects/scene.zmr")); }
+    QString editorLog() const { return path(QStringLiteral("editor.log")); }
+
+    bool make()
+    {
+        for (const char *folder : { "home", "data", "config/Vorlix", "runtime", "cache", "projects" })
+            QDir().mkpath(path(QLatin1String(folder)));
+        QFile::setPermissions(path(QStringLiteral("runtime")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return SampleProject::writeProject(project(), kEditorVersion);
+    }
+
+    QProcessEnvironment environment(const QString &serverBase) const
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *name : { "HTTP_PROXY", "HTTP_PROXY_CREDENTIALS", "http_proxy", "HTTPS_PROXY", "https_proxy",
+                 "ALL_PROXY", "all_proxy", "no_proxy", "NO_PROXY", "LD_PRELOAD" })
+            environment.remove(QLatin1String(name));
+        environment.insert(QStringLiteral("HOME"), path(QStringLiteral("home")));
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), path(QStringLiteral("data")));
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), path(QStringLiteral("config")));
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), path(QStringLiteral("runtime")));
+        environment.insert(QStringLiteral("XDG_CACHE_HOME"), path(QStringLiteral("cache")));
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("ZANMIR_SERVER_BASE"), serverBase);
+        environment.insert(QStringLiteral("ZANMIR_STORE_URL"), serverBase + QStringLiteral("/store"));
+        environment.insert(QStringLiteral("ZANMIR_PUBLIC_HOST"), QStringLiteral("localhost"));
+        environment.insert(QStringLiteral("ZANMIR_SAMPLE_EDITOR_LOG"), editorLog());
+        return environment;
+    }
+
+    // The launcher, the sample editor as the one version that fits the
+    // project, and editor versions of the family up to that many groups
+    // (all of them in the catalogue: the costly case). Written well before
+    // the start, as by an installer.
+    bool writeRecords(int groups) const
+    {
+        QFile::remove(recordsFile());
+        {
+            QSettings records(recordsFile(), QSettings::IniFormat);
+            const auto add = [&records](const QString &subkey, const QString &type, const QString &version,
+                                 const QString &program) {
+                const QString product = type == QLatin1String("launcher") ? QStringLiteral("Vorlix Zanmir Launcher")
+                                                                          : QStringLiteral("Vorlix Zanmir Editor");
+                records.beginGroup(subkey);
+                records.setValue(QStringLiteral("DisplayName"), product + QLatin1Char(' ') + version);
+                records.setValue(QStringLiteral("AppType"), type);
+                records.setValue(QStringLiteral("AppName"), product);
+                records.setValue(QStringLiteral("AppEdition"), QStringLiteral("release"));
+                records.setValue(QStringLiteral("AppVersion"), version);
+                records.setValue(QStringLiteral("EditorPath"), program);
+                records.setValue(QStringLiteral("UninstallString"), program + QStringLiteral(".uninstall"));
+                records.endGroup();
+            };
+            add(QStringLiteral("ZanmirLauncher"), QStringLiteral("launcher"), QStringLiteral("1.0.0.0"),
+                QStringLiteral(ZANMIR_LAUNCHER_BINARY));
+            add(QStringLiteral("ZanmirEditor_") + kEditorVersion, QStringLiteral("editor"), kEditorVersion,
+                QStringLiteral(ZANMIR_SAMPLE_EDITOR_BINARY));
+            for (int i = 2; i < groups; ++i) {
+                const QString version = QStringLiteral("1.%1.%2.0").arg(i / 100).arg(i % 100);
+                add(QStringLiteral("ZanmirEditor_") + version, QStringLiteral("editor"), version,
+                    QStringLiteral("/opt/zanmir/%1/zanmir-editor").arg(version));
+            }
+            records.sync();
+            if (records.status() != QSettings::NoError)
+                return false;
+        }
+        QFile file(recordsFile());
+        return file.open(QIODevice::ReadOnly)
+            && file.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime);
+    }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+// Runs a program to its end while this thread's event loop turns (the
+// catalogue server lives here). The wall time in ns, -1 when it failed.
+qint64 runTimed(const QString &program, const QStringList &arguments, const Profile &profile, const QString &server)
+{
+    QProcess process;
+    process.setProcessEnvironment(profile.environment(server));
+    process.setWorkingDirectory(profile.path(QStringLiteral("home")));
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    QEventLoop loop;
+    QObject::connect(&process, SIGNAL(finished(int, QProcess::ExitStatus)), &loop, SLOT(quit()));
+    QObject::connect(&process, SIGNAL(errorOccurred(QProcess::ProcessError)), &loop, SLOT(quit()));
+    QElapsedTimer timer;
+    timer.start();
+    process.start(program, arguments);
+    loop.exec();
+    const qint64 elapsed = timer.nsecsElapsed();
+    if (process.state() != QProcess::NotRunning) {
+        process.kill();
+        process.waitForFinished();
+        return -1;
+    }
+    return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0 ? elapsed : -1;
+}
+
+int editorStarts(const Profile &profile)
+{
+    QFile log(profile.editorLog());
+    return log.open(QIODevice::ReadOnly) ? log.readAll().count('\n') : 0;
+}
+
+bool compareOpenWith(const Profile &profile, const CatalogueServer &server, int groups, int runs)
+{
+    if (!profile.writeRecords(groups))
+        return false;
+    const QString launcher = QStringLiteral(ZANMIR_LAUNCHER_BINARY);
+    const QString bare = QStringLiteral(ZANMIR_BARE_BINARY);
+    const QStringList bareArguments { server.base() + kCataloguePath, QStringLiteral(ZANMIR_SAMPLE_EDITOR_BINARY),
+        profile.project() };
+
+    // Turn about, so that a change in the machine's load hits both alike.
+    // The first round warms the caches and writes the state files.
+    QVector<qint64> launcherNs, bareNs;
+    QVector<double> ratios;
+    const int startsBefore = editorStarts(profile);
+    for (int round = 0; round <= runs; ++round) {
+        const qint64 a = runTimed(launcher, { profile.project() }, profile, server.base());
+        const qint64 b = runTimed(bare, bareArguments, profile, server.base());
+        if (a < 0 || b < 0)
+            return false;
+        if (round > 0) {
+            launcherNs.append(a);
+            bareNs.append(b);
+            ratios.append(double(a) / double(b));
+        }
+    }
+    // Editors are started detached; give the last ones a moment to log.
+    QElapsedTimer wait;
+    wait.start();
+    while (editorStarts(profile) < startsBefore + 2 * (runs + 1) && wait.elapsed() < 5000)
+        QThread::msleep(20);
+    if (editorStarts(profile) != startsBefore + 2 * (runs + 1))
+        out() << "  (not every run started the editor)\n";
+
+    // The ratio is the median of the rounds' own ratios, which a change of
+    // load between rounds moves less than the ratio of the medians.
+    const double launcherMs = median(launcherNs) / 1e6, bareMs = median(bareNs) / 1e6;
+    out() << QStringLiteral("  %1 groups: %2x (medians: launcher %3 ms, bare program %4 ms)")
+                 .arg(groups, 5)
+                 .arg(median(ratios), 0, 'f', 2)
+                 .arg(launcherMs, 0, 'f', 1)
+                 .arg(bareMs, 0, 'f', 1)
+          << '\n';
+    return true;
+}
+
+bool measureQueries(const Profile &profile, int groups)
+{
+    if (!profile.writeRecords(groups))
+        return false;
+    QElapsedTimer timer;
+    timer.start();
+    Registry registry(profile.path(QStringLiteral("data/queries-%1.json").arg(groups)));
+    registry.read();
+    const int count = registry.getVersionList(QStringLiteral("editor")).size();
+    const qint64 firstNs = timer.nsecsElapsed();
+    QVector<qint64> times;
+    for (int i = 0; i < 101; ++i) {
+        timer.restart();
+        registry.getVersionList(QStringLiteral("editor"));
+        times.append(timer.nsecsElapsed());
+    }
+    out() << QStringLiteral(
+        "  %1 groups: %2 ms (%3 editors; reading the catalogue and the first query, which parses the records: %4 ms)")
+                 .arg(groups, 5)
+                 .arg(median(times) / 1e6, 0, 'f', 2)
+                 .arg(count)
+                 .arg(firstNs / 1e6, 0, 'f', 1)
+          << '\n';
+    return count == groups - 1;
+}
+
+qint64 statusKiB(const QByteArray &field)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith(field + ':'))
+            return line.mid(field.size() + 1).trimmed().split(' ').value(0).toLongLong();
+    }
+    return -1;
+}
+
+// In a process of its own, so that the peak memory is this read's: prints
+// the result, the time in ns and the growth of the peak resident set in KiB.
+int readProject(const QString &path)
+{
+    const qint64 before = statusKiB("VmRSS");
+    QElapsedTimer timer;
+    timer.start();
+    EditorDocManager manager(nullptr, path);
+    manager.createDocument();
+    EditorInfo info;
+    const bool read = manager.getEditorInfo(info, QDateTime());
+    const qint64 elapsed = timer.nsecsElapsed();
+    out() << (read ? info.getVersion() : QStringLiteral("refused")) << ' ' << elapsed << ' '
+          << statusKiB("VmHWM") - before << '\n';
+    return 0;
+}
+
+bool measureRead(const QString &what, const QString &path)
+{
+    QProcess child;
+    child.start(QCoreApplication::applicationFilePath(), { QStringLiteral("--read"), path });
+    if (!child.waitForFinished(600000) || child.exitCode() != 0)
+        return false;
+    const QStringList result = QString::fromUtf8(child.readAllStandardOutput()).trimmed().split(QLatin1Char(' '));
+    if (result.size() != 3)
+        return false;
+    out() << QStringLiteral("  %1: %2 s, %3 MB extra peak memory (read as: %4)")
+                 .arg(what)
+                 .arg(result.at(1).toLongLong() / 1e9, 0, 'f', 3)
+                 .arg(result.at(2).toLongLong() / 1024.0, 0, 'f', 1)
+                 .arg(result.at(0))
+          << '\n';
+    return true;
+}
+
+// A project whose version element holds that many bytes.
+bool writeHugeXml(const QString &path, qint64 versionBytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    bool ok = file.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<project>\n  <header>\n"
+                         "    <signature>zmr</signature>\n    <formatVer>1</formatVer>\n"
+                         "    <m_lastEditorVersion>")
+        > 0;
+    const QByteArray chunk(1024 * 1024, '7');
+    for (qint64 left = versionBytes; ok && left > 0; left -= chunk.size())
+        ok = file.write(chunk.constData(), qMin<qint64>(left, chunk.size())) > 0;
+    return ok && file.write("</m_lastEditorVersion>\n  </header>\n</project>\n") > 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    if (argc == 3 && QByteArray(argv[1]) == "--read")
+        return readProject(QString::fromLocal8Bit(argv[2]));
+    const int runs = argc > 1 ? qMax(1, QByteArray(argv[1]).toInt()) : 15;
+
+    Profile profile;
+    CatalogueServer server;
+    if (!profile.isValid() || !profile.make() || !server.listen()) {
+        out() << "cannot set up the sandbox profile or the catalogue server\n";
+        return 1;
+    }
+    // The queries below run in this process, on the same profile.
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(profile.path(QStringLiteral("config"))));
+
+    out() << "open-with start of ZanmirLauncher / bare Qt program, median of " << runs
+          << " runs each (targets: 1.1x at 10 groups, 1.2x at 1,000):\n";
+    out().flush();
+    for (int groups : { 10, 1000 }) {
+        if (!compareOpenWith(profile, server, groups, runs)) {
+            out() << "  " << groups << " groups: a run failed\n";
+            return 1;
+        }
+        out().flush();
+    }
+
+    out() << "one registry query, Registry::getVersionList, median of 101 (target: under 5 ms at 1,000 groups):\n";
+    for (int groups : { 1000, 5000 }) {
+        if (!measureQueries(profile, groups))
+            return 1;
+        out().flush();
+    }
+
+    out()
+        << "reading a project with EditorDocManager (targets: the archive under 0.2 s, the XML project under 64 MB):\n";
+    out().flush();
+    QList<SampleProject::Entry> entries { { QStringLiteral("header.dat"),
+        SampleProject::documentText(SampleProject::packVersion(2, 1, 5, 0)) } };
+    for (int i = 1; i < 200000; ++i)
+        entries.append({ QStringLiteral("assets/%1.bin").arg(i), QByteArrayLiteral("asset") });
+    const QString archive = profile.path(QStringLiteral("projects/many.zmr"));
+    const QString xml = profile.path(QStringLiteral("projects/huge.xml"));
+    if (!SampleProject::writeArchive(archive, entries, false) || !writeHugeXml(xml, 200LL * 1024 * 1024)) {
+        out() << "cannot write the large projects\n";
+        return 1;
+    }
+    entries.clear();
+    if (!measureRead(QStringLiteral("200,000-entry archive without \"document.txt\""), archive)
+        || !measureRead(QStringLiteral("XML project with a 200 MB version element"), xml)) {
+        out() << "  a read failed\n";
+        return 1;
+    }
+    return 0;
+}
+
+#include "main.moc"
