@@ -1,8 +1,10 @@
 #include "editordocument.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
+#include <QImageReader>
 #include <QStringList>
 #include <QTextStream>
 
@@ -23,6 +25,10 @@ const int kHeaderLines = 6;
 const int kMinimumFormatVer = 12;
 const qint64 kReadChunk = 4096;
 const int kCaseInsensitive = 2;
+// The editor stores the picture among the first entries; the search stops
+// there, so that a huge archive costs no more than a small one.
+const int kThumbnailSearchEntries = 16;
+const QString kThumbnailEntry = QStringLiteral("thumbnail.png");
 
 // minizip reads an archive's directory a few bytes at a time and seeks
 // before each entry. Through QFile, whose buffer every seek throws away,
@@ -100,6 +106,31 @@ zlib_filefunc_def mapArchive(QFile &archive, MappedArchive &mapped)
     return { openMapped, readMapped, writeMapped, tellMapped, seekMapped, closeMapped, errorMapped, &mapped };
 }
 
+// A project's archive, opened for reading from a mapping where it can be.
+class ProjectArchive
+{
+public:
+    explicit ProjectArchive(const QString &path)
+        : m_file(path)
+        , m_api(mapArchive(m_file, m_mapped))
+        , m_zip(path)
+    {
+        // A file that is no archive does not open and so has no entries. The
+        // count comes from the end of the archive, without listing its entries.
+        m_zip.open(QuaZip::mdUnzip, m_mapped.data ? &m_api : nullptr);
+    }
+    ~ProjectArchive() { m_zip.close(); }
+
+    bool hasEntries() { return m_zip.isOpen() && m_zip.getEntriesCount() > 0; }
+    QuaZip *zip() { return &m_zip; }
+
+private:
+    QFile m_file;
+    MappedArchive m_mapped;
+    zlib_filefunc_def m_api;
+    QuaZip m_zip;
+};
+
 } // namespace
 
 EditorDocument::EditorDocument(QObject *parent, const QString &filePath)
@@ -140,17 +171,45 @@ bool EditorDocument::load()
 
 bool EditorDocument::getThumbnail(QImage &image)
 {
-    // Deliberately the bare name, resolved against the current directory:
-    // projects carry no picture the launcher reads, and the recent-projects
-    // list falls back to its own when this fails.
-    QImage loaded(64, 64, QImage::Format_ARGB32);
-    if (!loaded.load(QStringLiteral("thumbnail.png")))
+    QByteArray data;
+    if (!readThumbnailData(data))
+        return false;
+    // The size is known before decoding: a picture whose pixels would not
+    // fit a bounded amount of memory is refused unread.
+    QBuffer buffer(&data);
+    QImageReader reader(&buffer);
+    const QSize size = reader.size();
+    if (!size.isValid() || size.width() > kMaxThumbnailSide || size.height() > kMaxThumbnailSide)
+        return false;
+    QImage loaded;
+    if (!reader.read(&loaded))
         return false;
     if (image.width() != 0 && image.height() != 0)
         image = loaded.scaled(image.size(), Qt::KeepAspectRatio, Qt::FastTransformation);
     else
         image = loaded.convertToFormat(QImage::Format_ARGB32);
     return true;
+}
+
+bool EditorDocument::readThumbnailData(QByteArray &data)
+{
+    ProjectArchive archive(m_filePath);
+    if (!archive.hasEntries())
+        return false;
+    QuaZip *zip = archive.zip();
+    int checked = 0;
+    for (bool more = zip->goToFirstFile(); more && checked < kThumbnailSearchEntries; more = zip->goToNextFile()) {
+        ++checked;
+        if (zip->getCurrentFileName().compare(kThumbnailEntry, Qt::CaseInsensitive) != 0)
+            continue;
+        QuaZipFile entry(zip);
+        if (!entry.open(QIODevice::ReadOnly))
+            return false;
+        // One byte more than allowed tells a picture that is too large.
+        data = entry.read(kMaxThumbnailBytes + 1);
+        return !data.isEmpty() && data.size() <= kMaxThumbnailBytes;
+    }
+    return false;
 }
 
 bool EditorDocument::readDocument(QIODevice *device, const QString &)
@@ -160,18 +219,10 @@ bool EditorDocument::readDocument(QIODevice *device, const QString &)
     if (!file)
         return false;
 
-    QFile archive(file->fileName());
-    MappedArchive mapped;
-    zlib_filefunc_def mappedApi = mapArchive(archive, mapped);
-
-    QuaZip zip(file->fileName());
-    // A file that is no archive does not open and so has no entries. The
-    // count comes from the end of the archive, without listing its entries.
-    zip.open(QuaZip::mdUnzip, mapped.data ? &mappedApi : nullptr);
-    if (!zip.isOpen() || zip.getEntriesCount() < 1) {
-        zip.close();
+    ProjectArchive archive(file->fileName());
+    if (!archive.hasEntries())
         return false;
-    }
+    QuaZip &zip = *archive.zip();
     // A project without "document.txt" has its first entry read instead.
     // minizip's own search compares the raw names, with ASCII letters in
     // any case, which for this ASCII name is the same test as QuaZip's but
@@ -195,8 +246,6 @@ bool EditorDocument::readDocument(QIODevice *device, const QString &)
         bytes.append(chunk);
     }
     entry.close();
-    zip.close();
-
     return parseDocumentText(bytes, QString());
 }
 

@@ -23,8 +23,10 @@ public:
     // Re-reads the file. On success hands out the version text (A.B.CC), the
     // edition "release" and the file's modification time.
     virtual bool getVersion(QString &version, QString &edition, QDateTime &lastModified);
-    // Loads "thumbnail.png" from the current directory, not from the project:
-    // see the comment at the definition.
+    // The project's own picture, as the editor saved it with the project. An
+    // image of non-zero size is replaced by the picture scaled into it;
+    // otherwise by the picture itself. False, leaving the image as it was,
+    // when the project has none or it is damaged or too large.
     virtual bool getThumbnail(QImage &image);
     // Fills the fields from the header lines of the entry text. The second
     // argument is not used.
@@ -46,6 +48,13 @@ public:
     static constexpr qint64 kMaxEntryBytes = 4 * 1024 * 1024;
 
 protected:
+    // The picture's encoded bytes, read from the project within bounds.
+    virtual bool readThumbnailData(QByteArray &data);
+
+    // The most of a picture that is read, and the largest side it may have.
+    static constexpr qint64 kMaxThumbnailBytes = 2 * 1024 * 1024;
+    static constexpr int kMaxThumbnailSide = 2048;
+
     // Unpacks the 64-bit version word (A.B.C.D in four 16-bit fields, text
     // that is no number counting as 0) into the version and build texts. Old
     // compressed projects, A = 0 and B < 5, all count as 0.5.00 build 0.

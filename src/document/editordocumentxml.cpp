@@ -1,5 +1,6 @@
 #include "editordocumentxml.h"
 
+#include <QFile>
 #include <QXmlStreamReader>
 
 namespace {
@@ -89,4 +90,17 @@ bool EditorDocumentXML::readDocument(QIODevice *device, const QString &)
     // No old-version rule for this form: the numbers stand as written.
     setVersionFields(false);
     return true;
+}
+
+bool EditorDocumentXML::readThumbnailData(QByteArray &data)
+{
+    QFile file(m_filePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    BoundedDevice bounded(&file, kMaxEntryBytes);
+    QXmlStreamReader reader(&bounded);
+    if (!findElement(reader, QStringLiteral("header")))
+        return false;
+    data = QByteArray::fromBase64(readElement(reader, QStringLiteral("thumbnail")).toLatin1());
+    return !data.isEmpty() && data.size() <= kMaxThumbnailBytes;
 }

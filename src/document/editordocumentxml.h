@@ -14,6 +14,10 @@ public:
     ~EditorDocumentXML() override;
 
     bool readDocument(QIODevice *device, const QString &unused) override;
+
+protected:
+    // The picture is a "thumbnail" element of the header, in base64.
+    bool readThumbnailData(QByteArray &data) override;
 };
 
 #endif // EDITORDOCUMENTXML_H

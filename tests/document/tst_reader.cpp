@@ -4,6 +4,8 @@
 #include "sampleproject.h"
 #include "testfiles.h"
 
+#include <QBuffer>
+#include <QImage>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -48,6 +50,18 @@ QByteArray zmrText(const QString &version, const QString &formatVer = QStringLit
 QByteArray xml(const QString &version, const QString &formatVer = QStringLiteral("1"))
 {
     return SampleProject::xmlText(version, formatVer);
+}
+
+// A picture of that size, encoded as PNG.
+QByteArray png(int width, int height)
+{
+    QImage image(width, height, QImage::Format_ARGB32);
+    image.fill(Qt::darkCyan);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes;
 }
 
 } // namespace
@@ -153,6 +167,52 @@ private slots:
         EditorInfo info;
         QVERIFY(manager.getEditorInfo(info, QDateTime()));
         QCOMPARE(info.getVersion(), QStringLiteral("2.3.04"));
+    }
+
+    void thumbnail_data()
+    {
+        // The project, the size of the image handed in, and the size of the
+        // picture handed back ("" when there is none).
+        QTest::addColumn<QString>("suffix");
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QSize>("given");
+        QTest::addColumn<QString>("result");
+        const QByteArray text = SampleProject::documentText(kGood);
+        QList<SampleProject::Entry> far;
+        for (int i = 0; i < 16; ++i)
+            far.append({ QStringLiteral("asset%1.bin").arg(i), "x" });
+        far.append({ QStringLiteral("thumbnail.png"), png(40, 30) });
+        // clang-format off
+        QTest::newRow("zmr") << "zmr" << zip({ { "document.txt", text }, { "thumbnail.png", png(40, 30) } }) << QSize() << "40x30";
+        QTest::newRow("zmr, scaled into the image") << "zmr" << zip({ { "document.txt", text }, { "Thumbnail.PNG", png(40, 30) } }) << QSize(20, 20) << "20x15";
+        QTest::newRow("xml") << "xml" << SampleProject::xmlText(kGood, "1", "zmr", png(40, 30)) << QSize() << "40x30";
+        QTest::newRow("none") << "zmr" << zmrText(kGood) << QSize() << "";
+        QTest::newRow("none in xml") << "xml" << xml(kGood) << QSize() << "";
+        QTest::newRow("past the first entries") << "zmr" << zip(far) << QSize() << "";
+        QTest::newRow("too large to decode") << "zmr" << zip({ { "thumbnail.png", png(3000, 2) } }) << QSize() << "";
+        QTest::newRow("damaged") << "zmr" << zip({ { "thumbnail.png", png(40, 30).left(60) } }) << QSize() << "";
+        QTest::newRow("no archive") << "zmr" << QByteArray("PK") << QSize() << "";
+        // clang-format on
+    }
+
+    // The picture that the editor saved with the project, within bounds.
+    void thumbnail()
+    {
+        QFETCH(QString, suffix);
+        QFETCH(QByteArray, file);
+        QFETCH(QSize, given);
+        QFETCH(QString, result);
+        const QString path = m_dir.filePath(QStringLiteral("t%1.%2").arg(++m_fileCount).arg(suffix));
+        QVERIFY(TestFiles::write(path, file));
+        EditorDocManager manager(nullptr, path);
+        QVERIFY(manager.createDocument());
+        QImage image = given.isValid() ? QImage(given, QImage::Format_ARGB32) : QImage();
+        const QImage before = image;
+        QCOMPARE(manager.getThumbnail(image), !result.isEmpty());
+        if (!result.isEmpty())
+            QCOMPARE(QString("%1x%2").arg(image.width()).arg(image.height()), result);
+        else
+            QCOMPARE(image, before); // left as it was
     }
 
     void vanishedFile()

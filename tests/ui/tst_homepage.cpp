@@ -3,10 +3,12 @@
 #include "launchertestmain.h"
 #include "modalanswer.h"
 #include "recentuseditem.h"
+#include "sampleproject.h"
 #include "screeninfo.h"
 #include "systemsettings.h"
 #include "testfiles.h"
 
+#include <QBuffer>
 #include <QJsonArray>
 #include <QLabel>
 #include <QListView>
@@ -215,11 +217,39 @@ private slots:
         const RecentUsedItem item(m_launcher, history);
         QCOMPARE(item.fileName() + ' ' + item.timestamp() + ' ' + item.versionText(),
             "tower.zmr 2026/11/23 10:00:00 " + version);
-        // No such project: the default picture, scaled into the card.
-        QImage expected(":/thumbnails/default.png");
-        QCOMPARE(item.thumbnail(),
-            expected.convertToFormat(QImage::Format_ARGB32)
-                .scaled(150, 150, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    }
+
+    // The project's own picture, else the default one, scaled into the card.
+    void cardPictures_data()
+    {
+        QTest::addColumn<QString>("project");
+        QTest::addColumn<bool>("withPicture");
+        QTest::newRow("zmr with a picture") << "a.zmr" << true;
+        QTest::newRow("xml with a picture") << "b.xml" << true;
+        QTest::newRow("without") << "c.zmr" << false;
+        QTest::newRow("corrupt archive") << "d.zmr" << false;
+        QTest::newRow("no such file") << "e.zmr" << false;
+    }
+
+    void cardPictures()
+    {
+        QFETCH(QString, project);
+        QFETCH(bool, withPicture);
+        QImage picture(300, 200, QImage::Format_ARGB32);
+        picture.fill(Qt::darkMagenta);
+        QByteArray encoded;
+        QBuffer buffer(&encoded);
+        QVERIFY(buffer.open(QIODevice::WriteOnly) && picture.save(&buffer, "PNG"));
+        const QString path = m_profile->root() + '/' + project;
+        if (project.startsWith('d'))
+            QVERIFY(TestFiles::write(path, "PK\x03\x04 damaged"));
+        else if (!project.startsWith('e'))
+            QVERIFY(SampleProject::writeProject(path, "2.1.5.0", nullptr, withPicture ? encoded : QByteArray()));
+
+        const RecentUsedItem item(m_launcher, HistoryInfo("editor", "release", "2.1.05", path));
+        const QImage expected
+            = withPicture ? picture : QImage(":/thumbnails/default.png").convertToFormat(QImage::Format_ARGB32);
+        QCOMPARE(item.thumbnail(), expected.scaled(150, 150, Qt::KeepAspectRatio, Qt::SmoothTransformation));
     }
 
     void doubleClickingACard_data()

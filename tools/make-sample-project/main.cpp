@@ -3,6 +3,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
 
@@ -57,6 +58,10 @@ int main(int argc, char *argv[])
     const QCommandLineOption corruptOption(
         QStringLiteral("corrupt"), QStringLiteral("Write a broken file of KIND."), QStringLiteral("KIND"));
     parser.addOption(corruptOption);
+    const QCommandLineOption thumbnailOption(QStringLiteral("thumbnail"),
+        QStringLiteral("Store the picture in PNG (an image file) with the project, as the editor does."),
+        QStringLiteral("PNG"));
+    parser.addOption(thumbnailOption);
     parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The project file to write."));
     parser.addPositionalArgument(
         QStringLiteral("VERSION"), QStringLiteral("The editor version that saved it."), QStringLiteral("[VERSION]"));
@@ -69,8 +74,15 @@ int main(int argc, char *argv[])
     const QString version = positional.size() > 1 ? positional.at(1) : QStringLiteral("2.1.0.5");
 
     if (!parser.isSet(corruptOption)) {
+        QByteArray thumbnail;
+        if (parser.isSet(thumbnailOption)) {
+            QFile picture(parser.value(thumbnailOption));
+            if (!picture.open(QIODevice::ReadOnly))
+                return fail(QStringLiteral("cannot read the picture: %1").arg(picture.fileName()));
+            thumbnail = picture.readAll();
+        }
         QString errorText;
-        return SampleProject::writeProject(path, version, &errorText) ? 0 : fail(errorText);
+        return SampleProject::writeProject(path, version, &errorText, thumbnail) ? 0 : fail(errorText);
     }
 
     QString packed;

@@ -40,18 +40,23 @@ QByteArray SampleProject::documentText(
         .toUtf8();
 }
 
-QByteArray SampleProject::xmlText(const QString &lastEditorVersion, const QString &formatVer, const QString &signature)
+QByteArray SampleProject::xmlText(
+    const QString &lastEditorVersion, const QString &formatVer, const QString &signature, const QByteArray &thumbnail)
 {
+    const QString picture = thumbnail.isEmpty()
+        ? QString()
+        : QStringLiteral("    <thumbnail>%1</thumbnail>\n").arg(QString::fromLatin1(thumbnail.toBase64()));
     return QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                           "<project>\n"
                           "  <header>\n"
                           "    <signature>%1</signature>\n"
                           "    <formatVer>%2</formatVer>\n"
                           "    <m_lastEditorVersion>%3</m_lastEditorVersion>\n"
+                          "%4"
                           "  </header>\n"
                           "  <body/>\n"
                           "</project>\n")
-        .arg(signature, formatVer, lastEditorVersion)
+        .arg(signature, formatVer, lastEditorVersion, picture)
         .toUtf8();
 }
 
@@ -126,7 +131,8 @@ bool SampleProject::writeFile(const QString &path, const QByteArray &data)
     return ok && file.error() == QFileDevice::NoError;
 }
 
-bool SampleProject::writeProject(const QString &path, const QString &version, QString *errorText)
+bool SampleProject::writeProject(
+    const QString &path, const QString &version, QString *errorText, const QByteArray &thumbnail)
 {
     QString packed;
     if (!packVersionText(version, packed)) {
@@ -136,12 +142,16 @@ bool SampleProject::writeProject(const QString &path, const QString &version, QS
     }
     const QString suffix = QFileInfo(path).suffix().toLower();
     bool ok = false;
-    if (suffix == QLatin1String("zmr"))
-        ok = writeArchive(path, { { QStringLiteral("document.txt"), documentText(packed) } });
-    else if (suffix == QLatin1String("xml"))
-        ok = writeFile(path, xmlText(packed));
-    else if (errorText)
+    if (suffix == QLatin1String("zmr")) {
+        QList<Entry> entries { { QStringLiteral("document.txt"), documentText(packed) } };
+        if (!thumbnail.isEmpty())
+            entries.append({ QStringLiteral("thumbnail.png"), thumbnail });
+        ok = writeArchive(path, entries);
+    } else if (suffix == QLatin1String("xml")) {
+        ok = writeFile(path, xmlText(packed, QStringLiteral("1"), QStringLiteral("zmr"), thumbnail));
+    } else if (errorText) {
         *errorText = QStringLiteral("Unknown project suffix, expected zmr or xml: %1").arg(path);
+    }
     if (!ok && errorText && errorText->isEmpty())
         *errorText = QStringLiteral("Failed to write: %1").arg(path);
     return ok;

@@ -26,8 +26,9 @@ public:
     // Marker line and header line of the compressed form's text entry.
     static QByteArray documentText(const QString &lastEditorVersion, const QString &formatVer = QStringLiteral("12"),
         const QString &signature = QStringLiteral("zmr"));
+    // A thumbnail, when given, is a "thumbnail" element of the header in base64.
     static QByteArray xmlText(const QString &lastEditorVersion, const QString &formatVer = QStringLiteral("1"),
-        const QString &signature = QStringLiteral("zmr"));
+        const QString &signature = QStringLiteral("zmr"), const QByteArray &thumbnail = QByteArray());
 
     // A zip archive holding the entries in this order; none gives an
     // archive without entries. Stored entries are much quicker to write.
@@ -40,7 +41,10 @@ public:
 
     // A healthy project saved by the version "A.B.C.D", in the form that the
     // suffix names ("zmr" or "xml", any case).
-    static bool writeProject(const QString &path, const QString &version, QString *errorText = nullptr);
+    // A thumbnail (encoded picture bytes) is stored as the editor stores it:
+    // a "thumbnail.png" entry after the header, or an element of the XML header.
+    static bool writeProject(const QString &path, const QString &version, QString *errorText = nullptr,
+        const QByteArray &thumbnail = QByteArray());
 };
 
 #endif // SAMPLEPROJECT_H
