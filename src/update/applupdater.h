@@ -64,7 +64,6 @@ public:
     bool startDownload(const QString &url, const QString &fileName);
     void cancelDownload();
     bool isDownloading() const { return m_downloading; }
-    QString getDownloadPath() const { return m_downloadPath; }
 
     // Start a file as the shell's "open" does; with wait true, return only
     // when it has ended. True means started (and waited for), whatever the
