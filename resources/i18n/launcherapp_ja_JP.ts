@@ -27,6 +27,35 @@ Please install the editor of the displayed version again.</source>
     </message>
 </context>
 <context>
+    <name>DownloadDialog</name>
+    <message>
+        <source>Downloading</source>
+        <translation>ダウンロード中</translation>
+    </message>
+    <message>
+        <source>Now downloading...</source>
+        <translation>ダウンロードしています...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>Failed to start downloading.
+
+Please check that the network is connected properly.
+If you are using a proxy server, make the settings described in the manual.</source>
+        <translation>ダウンロードを開始できませんでした。
+
+ネットワークに正しく接続されているか確認してください。
+プロキシサーバーをお使いの場合は、マニュアルに記載の設定を行ってください。</translation>
+    </message>
+</context>
+<context>
     <name>HomeForm</name>
     <message>
         <source>Zanmir Launcher</source>
@@ -59,6 +88,45 @@ Please install the editor of the displayed version again.</source>
 Please install any editor using Application Management.</source>
         <translation>インストールされているエディタがありません。
 アプリケーション管理からエディタをインストールしてください。</translation>
+    </message>
+</context>
+<context>
+    <name>LauncherUpdateWidget</name>
+    <message>
+        <source>Update Zanmir Launcher</source>
+        <translation>Zanmir Launcher の更新</translation>
+    </message>
+    <message>
+        <source>Update histories:</source>
+        <translation>更新履歴:</translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation>更新</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>A new version (%1) of Zanmir Launcher is ready.
+Please click Update button for download installer and update Launcher.
+Zanmir Launcher could not be launched until installation will be finished.</source>
+        <translation>Zanmir Launcher の新しいバージョン (%1) が利用できます。
+[更新] ボタンをクリックしてインストーラーをダウンロードし、Launcher を更新してください。
+インストールが完了するまで Zanmir Launcher は起動できません。</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>確認</translation>
+    </message>
+    <message>
+        <source>Are you sure to download installer for %1 ver %2?</source>
+        <translation>%1 ver %2 のインストーラーをダウンロードしますか?</translation>
+    </message>
+    <message>
+        <source>Launcher</source>
+        <translation>Launcher</translation>
     </message>
 </context>
 <context>
@@ -294,6 +362,53 @@ Please install the editor of the displayed version again.</source>
     <message>
         <source>Failed to launch %1</source>
         <translation>%1 を起動できませんでした</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateHistoryWidget</name>
+    <message>
+        <source>UpdateHistoryWidget</source>
+        <translation>更新履歴ウィジェット</translation>
+    </message>
+    <message>
+        <source>Update histories:</source>
+        <translation>更新履歴:</translation>
+    </message>
+    <message>
+        <source>update</source>
+        <translation>更新</translation>
+    </message>
+    <message>
+        <source>cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>Update editor (%1)</source>
+        <translation>エディタの更新 (%1)</translation>
+    </message>
+    <message>
+        <source>Install editor (%1)</source>
+        <translation>エディタのインストール (%1)</translation>
+    </message>
+    <message>
+        <source>install</source>
+        <translation>インストール</translation>
+    </message>
+    <message>
+        <source>Show update histories (%1)</source>
+        <translation>更新履歴の表示 (%1)</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>確認</translation>
+    </message>
+    <message>
+        <source>Are you sure to install %1 ver %2 ?</source>
+        <translation>%1 ver %2 をインストールしますか?</translation>
     </message>
 </context>
 <context>

@@ -1,4 +1,5 @@
 #include "homeform.h"
+#include "launcherupdatewidget.h"
 #include "processlauncher.h"
 
 #include <QLockFile>
@@ -19,9 +20,12 @@ int main(int argc, char *argv[])
                 QMessageBox::Ok, QMessageBox::NoButton);
             result = launcher.getExitStatus();
         } else if (launcher.hasLauncherUpdate()) {
-            // SEAM(ui): the launcher update window is not built in yet.
-            launcher.writeLog(QStringLiteral("main: launcher update window is not available in this build"));
-            result = 0;
+            // It stands in for the main window and ends the process itself; a
+            // project on the command line is not opened, and no lock is taken.
+            LauncherUpdateWidget window;
+            window.setProcessLauncher(&launcher);
+            window.show();
+            result = launcher.exec();
         } else if (launcher.detectWhetherOpenWithFiles()) {
             result = launcher.getExitStatus();
         } else {

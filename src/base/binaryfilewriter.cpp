@@ -6,8 +6,26 @@ BinaryFileWriter::BinaryFileWriter(const QString &filePath)
     : m_filePath(filePath)
 { }
 
+BinaryFileWriter::BinaryFileWriter(const QString &folder, const QString &fileName)
+    : m_filePath(fileName.isEmpty() ? QString() : QStringLiteral("%1/%2").arg(folder, fileName))
+{
+    if (fileName == QLatin1String(".") || fileName == QLatin1String("..") || fileName.contains(QLatin1Char('/'))
+        || fileName.contains(QLatin1Char('\\')))
+        m_refusal = QStringLiteral("File name is not allowed: %1").arg(fileName);
+}
+
+bool BinaryFileWriter::isRefused()
+{
+    if (m_refusal.isEmpty())
+        return false;
+    m_errorText = m_refusal;
+    return true;
+}
+
 bool BinaryFileWriter::removeFile()
 {
+    if (isRefused())
+        return false;
     if (!QFile::exists(m_filePath))
         return true;
     if (!QFile::remove(m_filePath)) {
@@ -20,6 +38,8 @@ bool BinaryFileWriter::removeFile()
 
 bool BinaryFileWriter::writeNew(const QByteArray &bytes)
 {
+    if (isRefused())
+        return false;
     if (m_filePath.isEmpty()) {
         m_errorText = QStringLiteral("File name is blank.");
         return false;

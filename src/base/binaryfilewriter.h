@@ -10,6 +10,10 @@ class BinaryFileWriter : public BaseObject
 {
 public:
     explicit BinaryFileWriter(const QString &filePath);
+    // A file directly in the folder. A name that would reach outside it
+    // ("..", a separator) is refused by every operation, so that a name
+    // taken from a server cannot remove or write anything elsewhere.
+    BinaryFileWriter(const QString &folder, const QString &fileName);
 
     // True when no file stands at the path any more.
     bool removeFile();
@@ -17,7 +21,10 @@ public:
     bool replace(const QByteArray &bytes);
 
 private:
+    bool isRefused();
+
     QString m_filePath;
+    QString m_refusal;
 };
 
 #endif // BINARYFILEWRITER_H

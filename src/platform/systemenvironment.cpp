@@ -38,31 +38,43 @@ bool SystemEnvironment::openFile(const QString &path, bool wait, QString &errorT
         errorText = QStringLiteral("File not found: %1").arg(path);
         return false;
     }
-    const QString failure = QStringLiteral("ApplUpdater::openExecutableFile: failed ShellExecuteEx %1").arg(path);
 #ifdef Q_OS_WIN
-    std::wstring file = path.toStdWString();
+    const std::wstring file = path.toStdWString();
     SHELLEXECUTEINFOW info = {};
     info.cbSize = sizeof(info);
     info.fMask = SEE_MASK_NOCLOSEPROCESS;
+    info.hwnd = nullptr;
     info.lpVerb = L"open";
     info.lpFile = file.c_str();
-    info.nShow = SW_SHOWNORMAL;
+    info.lpParameters = L"";
+    info.lpDirectory = nullptr;
+    info.nShow = SW_SHOW;
     if (!ShellExecuteExW(&info)) {
-        errorText = failure;
+        errorText = QStringLiteral("ApplUpdater::openExecutableFile: failed ShellExecuteEx %1").arg(path);
         return false;
     }
-    if (info.hProcess) {
-        if (wait) {
-            ResetEvent(info.hProcess);
-            WaitForSingleObject(info.hProcess, INFINITE);
+    const qintptr instance = reinterpret_cast<qintptr>(info.hInstApp);
+    if (instance < 33) {
+        errorText = QStringLiteral("ApplUpdater::openExecutableFile: failed ShellExecuteEx (hInstApp %2)%1")
+                        .arg(path)
+                        .arg(instance);
+        return false;
+    }
+    if (wait) {
+        // A process handle is no event; the call stays as a fixed step of the
+        // sequence all the same. The handle is left open, as the wait is the
+        // only use the launcher has for it.
+        ResetEvent(info.hProcess);
+        if (WaitForSingleObject(info.hProcess, INFINITE) == WAIT_FAILED) {
+            errorText = QStringLiteral("ApplUpdater::openExecutableFile: failed waiting signal %1").arg(path);
+            return false;
         }
-        CloseHandle(info.hProcess);
     }
     return true;
 #else
+    const QString failure = QStringLiteral("ApplUpdater::openExecutableFile: failed ShellExecuteEx %1").arg(path);
     // A downloaded installer arrives without the execute bit.
-    QFileInfo info(path);
-    if (info.isFile() && !(QFile::permissions(path) & QFileDevice::ExeOwner))
+    if (QFileInfo(path).isFile() && !(QFile::permissions(path) & QFileDevice::ExeOwner))
         QFile::setPermissions(path, QFile::permissions(path) | QFileDevice::ExeOwner);
 
     if (!wait) {
@@ -72,7 +84,11 @@ bool SystemEnvironment::openFile(const QString &path, bool wait, QString &errorT
         }
         return true;
     }
+    // The program shares the launcher's terminal, as a detached one does, and
+    // the wait ends when it exits, even if a child of it goes on.
     QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.setInputChannelMode(QProcess::ForwardedInputChannel);
     process.start(path, QStringList());
     if (!process.waitForStarted(-1)) {
         errorText = failure;

@@ -26,6 +26,12 @@ ApplUpdateInfo::ApplUpdateInfo(const QJsonObject &json, QObject *parent)
             continue;
         m_urls.insert(name, url);
         m_fileNames.insert(name, fileName);
+        // Optional: a target without it downloads unchecked, as before.
+        const QString sha256 = target.value(QStringLiteral("sha256")).toString();
+        if (sha256.isEmpty())
+            m_sha256s.remove(name);
+        else
+            m_sha256s.insert(name, sha256.toLower());
     }
 }
 
@@ -42,6 +48,7 @@ ApplUpdateInfo &ApplUpdateInfo::operator=(const ApplUpdateInfo &other)
     ApplVersion::operator=(other);
     m_urls = other.m_urls;
     m_fileNames = other.m_fileNames;
+    m_sha256s = other.m_sha256s;
     return *this;
 }
 

@@ -33,10 +33,13 @@ public:
 
     QString getUrl(const QString &targetSystem) const { return m_urls.value(targetSystem); }
     QString getFileName(const QString &targetSystem) const { return m_fileNames.value(targetSystem); }
+    // The installer's SHA-256 in hex when the catalogue names it; empty otherwise.
+    QString getSha256(const QString &targetSystem) const { return m_sha256s.value(targetSystem); }
 
 private:
     QHash<QString, QString> m_urls;
     QHash<QString, QString> m_fileNames;
+    QHash<QString, QString> m_sha256s;
 };
 
 #endif // APPLUPDATEINFO_H

@@ -56,7 +56,10 @@ ApplUpdater::ApplUpdater(const QString &targetSystemName, const LogFunction &log
     , m_log(log)
 { }
 
-ApplUpdater::~ApplUpdater() = default;
+ApplUpdater::~ApplUpdater()
+{
+    stopWorker();
+}
 
 void ApplUpdater::setRegistry(Registry *registry)
 {

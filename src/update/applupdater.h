@@ -11,10 +11,19 @@
 #include <QObject>
 
 class EditorInfo;
+class QNetworkAccessManager;
+class QNetworkReply;
 class Registry;
+class ReplyReader;
 
 // Holds the server's update catalogue and answers what can be updated,
-// installed and downloaded. Made once and kept for the life of the process.
+// installed and downloaded; fetches one installer at a time into the home
+// folder's "Downloads" and starts it. Made once and kept for the life of the
+// process.
+//
+// A download runs in the network layer's buffer until the reply has finished,
+// is then drained by a ReplyReader thread and written in one go, so that no
+// partial file ever exists and a cancel has nothing to delete.
 class ApplUpdater : public QObject, public BaseObject
 {
     Q_OBJECT
@@ -45,14 +54,54 @@ public:
     bool findDownloadInfo(
         const QString &version, QString &applName, QString &displayVersion, QString &url, QString &fileName);
     WebUpdateInfo getWebUpdateInfo(const QString &webType) const;
+    // The SHA-256 that the catalogue gives for an installer file name of this
+    // target system (the first entry naming it); empty when it gives none.
+    QString findSha256(const QString &fileName) const;
+
+    // Always true: failures arrive through signalDownloadFinished. When the
+    // catalogue names a SHA-256 for the file name, the body must match it
+    // before anything is written.
+    bool startDownload(const QString &url, const QString &fileName);
+    void cancelDownload();
+    bool isDownloading() const { return m_downloading; }
+
+    // Start a file as the shell's "open" does; with wait true, return only
+    // when it has ended. True means started (and waited for), whatever the
+    // program's own outcome.
+    bool openExecutableFile(const QString &path, bool wait);
+    bool openDownloadFile(bool wait);
+    bool openUninstallerFile(const QString &path, bool wait);
+
+signals:
+    void signalDownloadFinished(const QString &message, bool b);
+    void signalUpdateProgress(qint64 bytesRead, qint64 totalBytes);
+    void signalStartReadReply();
+
+public slots:
+    bool replyFinished(QNetworkReply *reply);
+    void readReplyFinished(qint64 bytesRead, qint64 totalBytes);
+    void emitSignalUpdateProgress(qint64 bytesRead, qint64 totalBytes);
 
 private:
+    void startRequest(const QString &url);
+    void stopWorker();
+    void writeLog(const QString &message) const;
+
     QString m_targetSystemName;
     LogFunction m_log;
     Registry *m_registry = nullptr;
     QJsonDocument m_document;
     QList<WebUpdateInfo> m_webUpdates;
     QList<ApplUpdateInfo> m_updates;
+
+    QNetworkAccessManager *m_networkManager = nullptr;
+    QNetworkReply *m_reply = nullptr;
+    ReplyReader *m_worker = nullptr;
+    bool m_downloading = false;
+    QString m_downloadFolder;
+    QString m_downloadFileName;
+    QString m_downloadPath;
+    QString m_expectedSha256;
 };
 
 #endif // APPLUPDATER_H

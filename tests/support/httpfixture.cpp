@@ -1,8 +1,10 @@
 #include "httpfixture.h"
 
 #include <QDeadlineTimer>
+#include <QPointer>
 #include <QRegularExpression>
 #include <QTcpSocket>
+#include <QTimer>
 
 bool HttpFixture::listen(quint16 port)
 {
@@ -37,8 +39,23 @@ void HttpFixture::readRequest()
     if (answer.withLength)
         head += "Content-Length: " + QByteArray::number(answer.body.size()) + "\r\n";
     head += "Connection: close\r\n\r\n";
-    if (answer.stall) {
+    if (answer.stall || answer.cut) {
         socket->write(head + answer.body.left(answer.body.size() / 2));
+        if (answer.cut)
+            socket->disconnectFromHost();
+        return;
+    }
+    if (answer.trickle) {
+        socket->write(head);
+        QPointer<QTcpSocket> guarded(socket);
+        const int piece = (answer.body.size() + 4) / 5;
+        for (int i = 0; i < 5; ++i) {
+            QTimer::singleShot(150 * (i + 1), socket, [guarded, body = answer.body.mid(i * piece, piece), i]() {
+                guarded->write(body);
+                if (i == 4)
+                    guarded->disconnectFromHost();
+            });
+        }
         return;
     }
     // One request per connection keeps the scripted cases independent.

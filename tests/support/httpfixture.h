@@ -22,6 +22,10 @@ public:
         // The connection stays open and nothing more comes: after the head and
         // half the body, or, with an empty status, before any answer at all.
         bool stall = false;
+        bool cut = false; // the connection closes after half the body, its length announced whole
+        // The body comes in five pieces 150 ms apart, so that the client's
+        // progress, which it reports at most every 100 ms, sees it arrive.
+        bool trickle = false;
     };
 
     static Answer status(int code, const QByteArray &reason, const QByteArray &body)
@@ -38,6 +42,11 @@ public:
     static Answer dropped() { return { {}, {}, {} }; }
     static Answer silent() { return { {}, {}, {}, true, true }; }
     static Answer stalled(const QByteArray &body) { return { "200 OK", {}, body, true, true }; }
+    static Answer cut(const QByteArray &body) { return { "200 OK", {}, body, true, false, true }; }
+    static Answer trickled(const QByteArray &body, bool withLength = true)
+    {
+        return { "200 OK", {}, body, withLength, false, false, true };
+    }
 
     // Listens on 127.0.0.1, on a free port unless one is given.
     bool listen(quint16 port = 0);

@@ -1,0 +1,64 @@
+#include "updatehistorywidget.h"
+#include "ui_updatehistorywidget.h"
+
+#include "processlauncher.h"
+
+#include <QMessageBox>
+
+UpdateHistoryWidget::UpdateHistoryWidget(QWidget *parent)
+    : QDialog(parent)
+    , ui(new Ui::UpdateHistoryWidget)
+{
+    ui->setupUi(this);
+}
+
+UpdateHistoryWidget::~UpdateHistoryWidget()
+{
+    delete ui;
+}
+
+void UpdateHistoryWidget::setProcessLauncher(ProcessLauncher *launcher)
+{
+    m_launcher = launcher;
+    ui->historyBrowser->setProcessLauncher(m_launcher);
+}
+
+void UpdateHistoryWidget::setDialogMode(
+    int mode, const QString &applicationName, const QString &version, const QString &url)
+{
+    m_applicationName = applicationName;
+    m_version = version;
+    ui->historyBrowser->setUrl(url);
+
+    if (mode == 1) {
+        setWindowTitle(tr("Update editor (%1)").arg(version));
+        ui->executeButton->setText(tr("update"));
+        ui->closeButton->setText(tr("cancel"));
+    } else if (mode == 2) {
+        setWindowTitle(tr("Install editor (%1)").arg(version));
+        ui->executeButton->setText(tr("install"));
+        ui->closeButton->setText(tr("cancel"));
+    } else {
+        setWindowTitle(tr("Show update histories (%1)").arg(version));
+        ui->executeButton->hide();
+        ui->closeButton->setText(tr("OK"));
+    }
+    connect(ui->executeButton, SIGNAL(clicked()), this, SLOT(clicked()));
+    connect(ui->closeButton, SIGNAL(clicked()), this, SLOT(cancelClicked()));
+}
+
+void UpdateHistoryWidget::clicked()
+{
+    // "install" in update mode too: an update installs the new version.
+    if (QMessageBox::question(this, tr("Confirm"),
+            tr("Are you sure to install %1 ver %2 ?").arg(m_applicationName, m_version),
+            QMessageBox::Yes | QMessageBox::No)
+        == QMessageBox::No)
+        return;
+    accept();
+}
+
+void UpdateHistoryWidget::cancelClicked()
+{
+    reject();
+}

@@ -1,0 +1,39 @@
+#ifndef UPDATEHISTORYWIDGET_H
+#define UPDATEHISTORYWIDGET_H
+
+#include <QDialog>
+#include <QString>
+
+class ProcessLauncher;
+
+namespace Ui {
+class UpdateHistoryWidget;
+}
+
+// The release notes of the editor beside the decision to update or install
+// it, or, in show-only mode, just the notes. Accepted only after the user
+// has confirmed.
+class UpdateHistoryWidget : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit UpdateHistoryWidget(QWidget *parent = nullptr);
+    ~UpdateHistoryWidget() override;
+
+    void setProcessLauncher(ProcessLauncher *launcher);
+    // 1 update, 2 install, anything else show only.
+    void setDialogMode(int mode, const QString &applicationName, const QString &version, const QString &url);
+
+public slots:
+    void clicked();
+    void cancelClicked();
+
+private:
+    Ui::UpdateHistoryWidget *ui;
+    ProcessLauncher *m_launcher = nullptr;
+    QString m_applicationName;
+    QString m_version;
+};
+
+#endif // UPDATEHISTORYWIDGET_H

@@ -1,0 +1,114 @@
+#include "httpfixture.h"
+#include "launcherharness.h"
+#include "testfiles.h"
+
+#include <QCryptographicHash>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QtTest>
+
+// The forced self-update in the real binary: a catalogue that offers a newer
+// launcher puts the update window in place of the main window, and the
+// sample installer served beside the catalogue is downloaded, checked and
+// started.
+class TestLauncherUpdate : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_storeFolder;
+    QScopedPointer<FileStoreServer> m_store;
+    QScopedPointer<LauncherHarness> m_harness;
+    const QString m_fileName = QStringLiteral("ZanmirLauncherSetup_1.1.0.0.exe");
+
+    QString installerLog() const { return m_harness->profile().root() + "/installer.log"; }
+    QString downloaded() const { return m_harness->profile().root() + "/home/Downloads/" + m_fileName; }
+    // Publishes the catalogue with the installer's digest, and these bytes as the installer.
+    void publish(const QByteArray &installer)
+    {
+        const QByteArray original = TestFiles::read(ZANMIR_SAMPLE_INSTALLER);
+        QVERIFY(!original.isEmpty());
+        const QJsonObject target { { "target", "win64" }, { "url", "/Zanmir/Installer/sample-installer" },
+            { "filename", m_fileName },
+            { "sha256", QString::fromLatin1(QCryptographicHash::hash(original, QCryptographicHash::Sha256).toHex()) } };
+        const QJsonObject entry { { "appl_type", "launcher" }, { "appl_name", "Vorlix Zanmir Launcher" },
+            { "version", "1.1.0.0" }, { "targets", QJsonArray { target } } };
+        const QJsonObject schema { { "app_versions", QJsonObject { { "updates", QJsonArray { entry } } } } };
+        const QString folder = m_storeFolder.path() + "/Zanmir";
+        QVERIFY(QDir().mkpath(folder + "/Launcher/UpdateInfo") && QDir().mkpath(folder + "/Installer"));
+        QVERIFY(TestFiles::write(folder + "/Launcher/UpdateInfo/updateinfo.json",
+            QJsonDocument(QJsonObject { { "1.0.0", schema } }).toJson()));
+        QVERIFY(TestFiles::write(folder + "/Installer/sample-installer", installer));
+    }
+
+private slots:
+    void init()
+    {
+        m_harness.reset(new LauncherHarness);
+        QVERIFY(m_harness->isValid() && m_harness->registerVersions({ "2.1.0.5" }, "1.0.0.0"));
+        m_store.reset(new FileStoreServer(m_storeFolder.path()));
+        QVERIFY2(m_store->start(), qPrintable(m_store->output()));
+        m_harness->setServerBase(m_store->url(QString()));
+        m_harness->setEnvironmentValue("ZANMIR_SAMPLE_INSTALLER_LOG", installerLog());
+        m_harness->setEnvironmentValue("ZANMIR_TEST_DIALOG_BUTTON", "Yes");
+    }
+
+    // Cancel ends the process with status 1 and nothing else happens.
+    void cancelEndsTheProcess()
+    {
+        publish(TestFiles::read(ZANMIR_SAMPLE_INSTALLER));
+        m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", "window Update Zanmir Launcher;click cancelButton");
+        LauncherRun *run = m_harness->run({});
+        QVERIFY2(run->exitedWith(1) && run->dialogs().isEmpty(), qPrintable(run->describe()));
+        QCOMPARE(run->failedSteps(), QStringList());
+        QVERIFY(!QFile::exists(downloaded()) && !QFile::exists(installerLog()));
+    }
+
+    // Update, Yes: the installer arrives, is started and the process ends
+    // with status 0; the installer records the new version, so the next
+    // start opens the main window.
+    void updateThenNextStart()
+    {
+        const QByteArray installer = TestFiles::read(ZANMIR_SAMPLE_INSTALLER);
+        publish(installer);
+        m_harness->setEnvironmentValue(
+            "ZANMIR_TEST_SCRIPT", "window Update Zanmir Launcher;click launcherUpdateButton");
+        LauncherRun *run = m_harness->run({});
+        QVERIFY2(run->exitedWith(0), qPrintable(run->describe()));
+        QCOMPARE(run->dialogs().size(), 1);
+        QCOMPARE(run->dialogs().first().text, QString("Are you sure to download installer for Launcher ver 1.1.0.0?"));
+        QCOMPARE(TestFiles::read(downloaded()), installer);
+        // Started, not waited for: it may still be at work.
+        QVERIFY(QTest::qWaitFor([this]() { return QFile::exists(installerLog()); }, 10000));
+        const QJsonObject record = QJsonDocument::fromJson(TestFiles::read(installerLog())).object();
+        QCOMPARE(record["program"].toString(), downloaded());
+        QCOMPARE(record["installed"].toString(), QString("launcher 1.1.0.0"));
+        QVERIFY(m_harness->launcherLog().contains("ApplUpdater::readReplyFinished: Download success: " + downloaded()));
+
+        m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", "window Zanmir Launcher;close");
+        LauncherRun *next = m_harness->run({});
+        QVERIFY2(next->exitedWith(0) && next->dialogs().isEmpty(), qPrintable(next->describe()));
+        QCOMPARE(next->failedSteps(), QStringList());
+    }
+
+    // An installer that does not match the catalogue's digest is neither
+    // saved nor started; the update window stays until the user closes it.
+    void tamperedInstallerIsRefused()
+    {
+        publish(TestFiles::read(ZANMIR_SAMPLE_INSTALLER) + "\nprint('and something else')\n");
+        m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT",
+            "window Update Zanmir Launcher;click launcherUpdateButton;window Downloading;wait 2000;close");
+        LauncherRun *run = m_harness->run({});
+        QVERIFY2(run->exitedWith(0), qPrintable(run->describe()));
+        QCOMPARE(run->failedSteps(), QStringList());
+        const QList<DialogRecord> dialogs = run->dialogs();
+        QVERIFY2(dialogs.size() == 2 && dialogs.at(1).icon == "critical"
+                && dialogs.at(1).text.startsWith(
+                    "Failed to download: SHA-256 checksum mismatch: " + m_fileName + " (expected "),
+            qPrintable(run->describe()));
+        QTest::qWait(500);
+        QVERIFY(!QFile::exists(downloaded()) && !QFile::exists(installerLog()));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLauncherUpdate)
+#include "tst_launcherupdate.moc"
