@@ -56,6 +56,17 @@ If you are using a proxy server, make the settings described in the manual.</sou
     </message>
 </context>
 <context>
+    <name>EditorInstallWidget</name>
+    <message>
+        <source>EditorInstallWidget</source>
+        <translation>エディタインストールウィジェット</translation>
+    </message>
+    <message>
+        <source>Install Editor</source>
+        <translation>エディタをインストール</translation>
+    </message>
+</context>
+<context>
     <name>HomeForm</name>
     <message>
         <source>Zanmir Launcher</source>
@@ -75,6 +86,27 @@ If you are using a proxy server, make the settings described in the manual.</sou
     <message>
         <source>Recent used projects:</source>
         <translation>最近使ったプロジェクト:</translation>
+    </message>
+</context>
+<context>
+    <name>InstalledEditorWidget</name>
+    <message>
+        <source>InstalledEditorWidget</source>
+        <translation>インストール済みエディタウィジェット</translation>
+    </message>
+    <message>
+        <source>Manage Zanmir Editor:</source>
+        <translation>エディタを管理:</translation>
+    </message>
+    <message>
+        <source>Installed editor does not exist.
+Please install any editor.</source>
+        <translation>インストールされているエディタがありません。
+エディタをインストールしてください。</translation>
+    </message>
+    <message>
+        <source>Recent version %1 is available.</source>
+        <translation>最新バージョン %1 が利用できます。</translation>
     </message>
 </context>
 <context>
@@ -187,6 +219,88 @@ This launcher keeps no license data of its own.</source>
     <message>
         <source>Refresh</source>
         <translation>最新の情報に更新</translation>
+    </message>
+</context>
+<context>
+    <name>PackageManager</name>
+    <message>
+        <source>error</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>確認</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>Failed to detect download url.
+
+Please try again after a while.</source>
+        <translation>ダウンロード先を特定できませんでした。
+
+しばらくしてからもう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>Network is not available.
+Cannot install.
+
+Check network settings.</source>
+        <translation>ネットワークを利用できません。
+インストールできません。
+
+ネットワーク設定を確認してください。</translation>
+    </message>
+    <message>
+        <source>Are you finished to install %1 ver %2 ?</source>
+        <translation>%1 ver %2 のインストールは完了しましたか?</translation>
+    </message>
+    <message>
+        <source>Network is not available.
+Cannot update.
+
+Check network settings.</source>
+        <translation>ネットワークを利用できません。
+アップデートできません。
+
+ネットワーク設定を確認してください。</translation>
+    </message>
+    <message>
+        <source>Information</source>
+        <translation>新着情報</translation>
+    </message>
+    <message>
+        <source>This is recent release version.</source>
+        <translation>これは最新のリリースバージョンです。</translation>
+    </message>
+    <message>
+        <source>Path not found: uninstaller of %1 ver %2</source>
+        <translation>パスが見つかりません: %1 ver %2 のアンインストーラー</translation>
+    </message>
+    <message>
+        <source>Are you finished to update %1 ver %2 ?</source>
+        <translation>%1 ver %2 へのアップデートは完了しましたか?</translation>
+    </message>
+    <message>
+        <source>Are you sure to uninstall %1 ver %2 ?</source>
+        <translation>%1 ver %2 をアンインストールしてもよろしいですか?</translation>
+    </message>
+    <message>
+        <source>Failed to start uninstaller of %1 ver %2</source>
+        <translation>%1 ver %2 のアンインストーラーを起動できませんでした</translation>
+    </message>
+    <message>
+        <source>Are you finished to uninstall %1 ver %2 ?</source>
+        <translation>%1 ver %2 のアンインストールは完了しましたか?</translation>
+    </message>
+</context>
+<context>
+    <name>PinIconWidget</name>
+    <message>
+        <source>PinIconWidget</source>
+        <translation>ピン留めウィジェット</translation>
     </message>
 </context>
 <context>
@@ -409,6 +523,40 @@ Please install the editor of the displayed version again.</source>
     <message>
         <source>Are you sure to install %1 ver %2 ?</source>
         <translation>%1 ver %2 をインストールしますか?</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateStatusWidget</name>
+    <message>
+        <source>UpdateStatusWidget</source>
+        <translation>アップデート状態ウィジェット</translation>
+    </message>
+</context>
+<context>
+    <name>VersionDescWidget</name>
+    <message>
+        <source>VersionDescWidget</source>
+        <translation>バージョン表示ウィジェット</translation>
+    </message>
+    <message>
+        <source>Add to frequently used</source>
+        <translation>よく使うものに追加</translation>
+    </message>
+    <message>
+        <source>Make default on startup</source>
+        <translation>起動時の既定にする</translation>
+    </message>
+    <message>
+        <source>Update to recent version</source>
+        <translation>最新バージョンにアップデート</translation>
+    </message>
+    <message>
+        <source>Show update histories</source>
+        <translation>更新履歴を表示</translation>
+    </message>
+    <message>
+        <source>Uninstall</source>
+        <translation>アンインストール</translation>
     </message>
 </context>
 <context>

@@ -1,11 +1,22 @@
 #ifndef INSTALLEDEDITORWIDGET_H
 #define INSTALLEDEDITORWIDGET_H
 
+#include "editorinfo.h"
+
+#include <QList>
 #include <QWidget>
 
+class ApplUpdateInfo;
 class ProcessLauncher;
+class VersionDescWidget;
 
-// The editor management page: one row per installed version.
+namespace Ui {
+class InstalledEditorWidget;
+}
+
+// The editor management page: one row per installed version, a notice when
+// a newer series is on offer, and the install control. Each rebuild of the
+// rows also works out which update badge the menu strip shows.
 class InstalledEditorWidget : public QWidget
 {
     Q_OBJECT
@@ -16,9 +27,21 @@ public:
 
     void setProcessLauncher(ProcessLauncher *launcher);
     void rebuildRows();
+    void setVersionDesc(const QList<EditorInfo> &editors);
+
+public slots:
+    void currentRowChanged(int row);
+    void currentEditorInfoUpdated();
+    void pinnedVersionInfoUpdated();
+    void refreshButtonClicked();
+    void installationConfirmed();
 
 private:
+    void showNotice(bool recentVersionFound, const ApplUpdateInfo &recent, bool noEditor);
+
+    Ui::InstalledEditorWidget *ui;
     ProcessLauncher *m_launcher = nullptr;
+    QList<VersionDescWidget *> m_rows;
 };
 
 #endif // INSTALLEDEDITORWIDGET_H
