@@ -142,11 +142,14 @@ private slots:
         });
         m_form->buttonClicked("Pref");
         QCOMPARE(refreshed.count(), 1); // the refresh that follows the dialog
+        // Resumed with its old target, so due at once; then restarted. With a
+        // span of zero a restart is due again within the millisecond, so the
+        // restart shows in the target, not in a quiet next tick.
+        const QDateTime beforeTick = QDateTime::currentDateTime();
         m_form->fireUpdate();
         QCOMPARE(refreshed.count(), 2);
         QVERIFY(notifier->isRunning());
-        m_form->fireUpdate(); // restarted: no longer due
-        QCOMPARE(refreshed.count(), 2);
+        QVERIFY(notifier->getTargetTime() >= beforeTick);
         *notifier = DateTimeNotifier(0, 1, 0, 0);
         notifier->restart();
     }
