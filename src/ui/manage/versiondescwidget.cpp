@@ -5,6 +5,7 @@
 #include "packagemanager.h"
 #include "processlauncher.h"
 
+#include <QButtonGroup>
 #include <QCursor>
 #include <QMenu>
 #include <QMouseEvent>
@@ -14,6 +15,9 @@ VersionDescWidget::VersionDescWidget(QWidget *parent)
     , ui(new Ui::VersionDescWidget)
 {
     ui->setupUi(this);
+    // Alone in its frame, a radio button unchecks on a click like a check
+    // box; in a group of its own it stays checked, as the default row's must.
+    (new QButtonGroup(this))->addButton(ui->radioDefaultEditor);
     m_default = ui->radioDefaultEditor->isChecked();
 }
 
@@ -88,11 +92,11 @@ void VersionDescWidget::actionPinned()
 void VersionDescWidget::actionDefault()
 {
     // A radio button alone in its group refuses to be unchecked; for the
-    // flip it is not exclusive for a moment.
+    // flip the group is not exclusive for a moment.
     QRadioButton *radio = ui->radioDefaultEditor;
-    radio->setAutoExclusive(false);
+    radio->group()->setExclusive(false);
     radio->setChecked(!radio->isChecked());
-    radio->setAutoExclusive(true);
+    radio->group()->setExclusive(true);
     askForDefault(radio->isChecked());
 }
 
