@@ -17,6 +17,9 @@ public:
 
     // Blocks the calling thread for as long as the resolver takes.
     bool isAvailable() const;
+    // The name is the deployment value at construction; a test or a changed
+    // configuration may point the check elsewhere.
+    void setHostName(const QString &hostName) { m_hostName = hostName; }
 
 private:
     QString m_hostName;

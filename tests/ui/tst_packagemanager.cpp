@@ -45,15 +45,11 @@ private:
             HttpFixture::ok(CatalogueBuilder().entries(entries).bytes()));
         QVERIFY(m_launcher->prepareApplUpdater());
     }
-    // The helper takes its host name when it is made; one made anew in its
-    // place looks up the other name. Qt refuses a name with a blank before
-    // any query, so "down" sends nothing, not even to the resolver.
+    // Qt refuses a name with a blank before any query, so "down" sends
+    // nothing, not even to the resolver.
     void setNetwork(bool up)
     {
-        qputenv("ZANMIR_PUBLIC_HOST", up ? "localhost" : "no network.invalid");
-        NetworkAccessHelper *helper = m_launcher->getNetworkAccessHelper();
-        helper->~NetworkAccessHelper();
-        new (helper) NetworkAccessHelper;
+        m_launcher->getNetworkAccessHelper()->setHostName(up ? "localhost" : "no network.invalid");
     }
     PackageManager *manager(const QString &uninstallerPath)
     {
