@@ -24,7 +24,7 @@ private slots:
         harness.setEnvironmentValue("ZANMIR_TEST_SCRIPT",
             "window Zanmir Launcher;waitfile " + root + "/opened;wait 1000;rows listView " + root
                 + "/cards-1;press ApplLaunchWidget left;wait 300;dblclick listView 1;wait 1000;rows listView " + root
-                + "/cards-2;close");
+                + "/cards-2;click buttonAppl;press noPinIconView left;close");
         LauncherRun *window = harness.start({});
         QVERIFY(QTest::qWaitFor([&]() { return window->doneSteps().contains("window Zanmir Launcher"); }, 30000));
 
@@ -41,6 +41,13 @@ private slots:
             (QStringList { scene, tower }));
         QCOMPARE(QString::fromUtf8(TestFiles::read(root + "/cards-2")).split('\n', Qt::SkipEmptyParts),
             (QStringList { tower, scene }));
+        // The pin that the window saved afterwards kept the project opened meanwhile.
+        const QJsonObject state = TestFiles::readObject(harness.profile().managerFile())["1.0.0"].toObject();
+        QCOMPARE(state["pinned_version"]["editor"][0]["version"].toString(), QString("2.2.01"));
+        QStringList kept;
+        for (const QJsonValue history : state["histories"].toArray())
+            kept.append(history["openfilepath"].toString());
+        QVERIFY2(kept.contains(scene), qPrintable(kept.join(' ')));
         // The open-withs, the newest tile without a project, the card in its version.
         const QString editors = root + "/editors/";
         QVERIFY(harness.waitForEditorStarts(4));

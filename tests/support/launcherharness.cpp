@@ -95,6 +95,8 @@ QProcessEnvironment LauncherHarness::environment(const QString &dialogLog) const
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     environment.insert(
         QStringLiteral("ZANMIR_SAMPLE_EDITOR_LOG"), m_profile.root() + QStringLiteral("/sample-editor.log"));
+    // The program that the sample installer installs as each editor version.
+    environment.insert(QStringLiteral("ZANMIR_SAMPLE_EDITOR"), QStringLiteral(ZANMIR_SAMPLE_EDITOR_BINARY));
     environment.insert(QStringLiteral("ZANMIR_TEST_DIALOG_LOG"), dialogLog);
     environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(ZANMIR_DIALOG_WATCHDOG_LIBRARY));
     // The preloaded watchdog comes ahead of the sanitizer runtime, which is

@@ -2,10 +2,15 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAbstractScrollArea>
 #include <QApplication>
+#include <QCursor>
 #include <QFile>
+#include <QIcon>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLabel>
+#include <QMenu>
 #include <QMessageBox>
 #include <QMetaEnum>
 #include <QScreen>
@@ -33,14 +38,67 @@ QList<QWidget *> searchRoots()
 
 QWidget *findIn(QWidget *root, const QString &name)
 {
-    if (root->objectName() == name)
+    // "NAME#N" counts the visible ones, in the order they were made.
+    const int hash = name.lastIndexOf(QLatin1Char('#'));
+    const int nth = hash > 0 ? name.mid(hash + 1).toInt() : 0;
+    const QString plain = nth > 0 ? name.left(hash) : name;
+    if (root->objectName() == plain && nth <= 1)
         return root;
-    const QList<QWidget *> children = root->findChildren<QWidget *>(name);
+    const QList<QWidget *> children = root->findChildren<QWidget *>(plain);
+    int seen = 0;
     for (QWidget *child : children) {
-        if (child->isVisible())
+        if (child->isVisible() && ++seen >= nth)
             return child;
     }
-    return children.value(0);
+    return nth > 1 ? nullptr : children.value(0);
+}
+
+// A row's tool tip, else its text, else the texts of the labels of the
+// widget shown in it (a tile, a version row).
+QString rowText(const QAbstractItemView *view, const QModelIndex &index)
+{
+    QString text = index.data(Qt::ToolTipRole).toString();
+    if (text.isEmpty())
+        text = index.data().toString();
+    const QWidget *cell = view->indexWidget(index);
+    if (!text.isEmpty() || !cell)
+        return text;
+    QStringList labels;
+    const QList<QLabel *> children = cell->findChildren<QLabel *>();
+    for (const QLabel *label : children) {
+        const QString shown = label->toolTip().isEmpty() ? label->text() : label->toolTip();
+        if (!shown.isEmpty())
+            labels.append(shown);
+    }
+    return labels.join(QLatin1Char(' '));
+}
+
+// Chooses an entry of the open menu or combo box list as a user does with
+// the keyboard: make it current, then Return.
+bool pickEntry(const QString &text)
+{
+    QWidget *popup = QApplication::activePopupWidget();
+    if (auto *menu = qobject_cast<QMenu *>(popup)) {
+        const QList<QAction *> actions = menu->actions();
+        for (QAction *action : actions) {
+            if (action->text() == text) {
+                menu->setActiveAction(action);
+                QTest::keyClick(menu, Qt::Key_Return);
+                return true;
+            }
+        }
+        return false;
+    }
+    auto *view = popup ? popup->findChild<QAbstractItemView *>() : nullptr;
+    for (int row = 0; view && view->model() && row < view->model()->rowCount(); ++row) {
+        const QModelIndex index = view->model()->index(row, 0);
+        if (index.data().toString() == text) {
+            view->setCurrentIndex(index);
+            QTest::keyClick(view, Qt::Key_Return);
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace
@@ -111,6 +169,15 @@ void ScriptRunner::next()
             record(step, true);
             continue;
         }
+        if (command == QLatin1String("settle")) {
+            if (m_running > 0) {
+                m_steps.prepend(step);
+                QTimer::singleShot(50, this, SLOT(next()));
+                return;
+            }
+            record(step, true);
+            continue;
+        }
         if (command == QLatin1String("window")) {
             m_waitingForTitle = argument;
             QTimer::singleShot(0, this, SLOT(next()));
@@ -125,7 +192,10 @@ void ScriptRunner::next()
         // dialog returns only when the dialog closes, and the steps go on
         // inside the dialog's own loop meanwhile.
         QTimer::singleShot(100, this, SLOT(next()));
-        record(step, run(command, argument));
+        ++m_running;
+        const bool ok = run(command, argument);
+        --m_running;
+        record(step, ok);
         return;
     }
 }
@@ -160,6 +230,8 @@ bool ScriptRunner::run(const QString &command, const QString &argument)
             button->click();
         return button;
     }
+    if (command == QLatin1String("pick"))
+        return pickEntry(argument);
     if (command == QLatin1String("close")) {
         const QWidgetList windows = QApplication::topLevelWidgets();
         for (QWidget *window : windows) {
@@ -171,17 +243,29 @@ bool ScriptRunner::run(const QString &command, const QString &argument)
     QWidget *widget = find(command == QLatin1String("click") ? argument : first);
     if (!widget)
         return false;
+    // A scroll area's own frame ignores the mouse: a press lands on its viewport.
+    QWidget *pressed = widget;
+    if (auto *area = qobject_cast<QAbstractScrollArea *>(widget))
+        pressed = area->viewport();
     if (command == QLatin1String("grab"))
         return widget->grab().save(second, "PNG");
+    if (command == QLatin1String("icon")) {
+        // Compared as drawn at the button's icon size, the way it is shown.
+        auto *button = qobject_cast<QAbstractButton *>(widget);
+        const QSize size = button ? button->iconSize() : QSize();
+        return button && button->icon().pixmap(size).toImage() == QIcon(second).pixmap(size).toImage();
+    }
     if (command == QLatin1String("click")) {
         if (auto *button = qobject_cast<QAbstractButton *>(widget))
             button->click();
         else
-            QTest::mouseClick(widget, Qt::LeftButton);
+            QTest::mouseClick(pressed, Qt::LeftButton);
         return true;
     }
     if (command == QLatin1String("press")) {
-        QTest::mousePress(widget, second == QLatin1String("right") ? Qt::RightButton : Qt::LeftButton);
+        // The pointer goes there first, so that a menu opens where the press was.
+        QCursor::setPos(pressed->mapToGlobal(pressed->rect().center()));
+        QTest::mousePress(pressed, second == QLatin1String("right") ? Qt::RightButton : Qt::LeftButton);
         return true;
     }
     if (command == QLatin1String("rows")) {
@@ -190,9 +274,7 @@ bool ScriptRunner::run(const QString &command, const QString &argument)
         if (!view || !file.open(QIODevice::WriteOnly | QIODevice::Truncate))
             return false;
         for (int row = 0; view->model() && row < view->model()->rowCount(); ++row) {
-            const QModelIndex index = view->model()->index(row, 0);
-            const QString tip = index.data(Qt::ToolTipRole).toString();
-            file.write((tip.isEmpty() ? index.data().toString() : tip).toUtf8() + '\n');
+            file.write(rowText(view, view->model()->index(row, 0)).toUtf8() + '\n');
         }
         return true;
     }
