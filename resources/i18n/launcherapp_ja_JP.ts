@@ -206,11 +206,11 @@ This launcher keeps no license data of its own.</source>
     </message>
     <message>
         <source>ManageAppl</source>
-        <translation>アプリケーション管理</translation>
+        <translation>アプリ管理</translation>
     </message>
     <message>
         <source>ManageLicense</source>
-        <translation>ライセンス管理</translation>
+        <translation>ライセンス</translation>
     </message>
     <message>
         <source>Preference</source>
@@ -218,7 +218,7 @@ This launcher keeps no license data of its own.</source>
     </message>
     <message>
         <source>Refresh</source>
-        <translation>最新の情報に更新</translation>
+        <translation>再読み込み</translation>
     </message>
 </context>
 <context>
