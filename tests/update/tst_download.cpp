@@ -1,11 +1,9 @@
 #include "applupdater.h"
+#include "cataloguebuilder.h"
 #include "httpfixture.h"
 #include "testfiles.h"
 #include "testprofile.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -35,17 +33,6 @@ class TestDownload : public QObject
     {
         const QString path = QUrl(url).path() + '?' + QUrl(url).query();
         return QTest::qWaitFor([&]() { return m_server.requestCount(path) == 1; });
-    }
-    // A catalogue whose one launcher entry names the file, with that digest when there is one.
-    void publishCatalogue(const QString &fileName, const QString &sha256)
-    {
-        QJsonObject target { { "target", "win64" }, { "url", "/x" }, { "filename", fileName } };
-        if (!sha256.isEmpty())
-            target.insert("sha256", sha256);
-        const QJsonObject entry { { "appl_type", "launcher" }, { "appl_name", "Vorlix Zanmir Launcher" },
-            { "version", "1.1.0.0" }, { "targets", QJsonArray { target } } };
-        const QJsonObject schema { { "app_versions", QJsonObject { { "updates", QJsonArray { entry } } } } };
-        QVERIFY(m_updater->setUpdateInfo(QJsonDocument(QJsonObject { { "1.0.0", schema } }).toJson()));
     }
     static QByteArray pattern(int size)
     {
@@ -81,18 +68,13 @@ private slots:
         QTest::newRow("404") << "404" << "setup.exe" << "" << "" << "HTTP access failed: ";
         QTest::newRow("closed mid-body") << "cut" << "setup.exe" << "" << "" << "HTTP access failed: ";
         QTest::newRow("digest matches") << "length" << "setup.exe" << "right" << "" << "";
-        QTest::newRow("digest differs") << "length" << "setup.exe" << "wrong" << ""
-                                        << "Failed to download: SHA-256 checksum mismatch: setup.exe (expected ";
+        QTest::newRow("digest differs") << "length" << "setup.exe" << "wrong" << "" << "Failed to download: SHA-256 checksum mismatch: setup.exe (expected ";
         QTest::newRow("digest of another file") << "length" << "other.exe" << "" << "" << "";
-        QTest::newRow("parent folder") << "length" << "../outside.exe" << "" << ""
-                                       << "Failed to download: File name is not allowed: ../outside.exe";
-        QTest::newRow("sub-folder") << "length" << "sub/setup.exe" << "" << ""
-                                    << "Failed to download: File name is not allowed: sub/setup.exe";
+        QTest::newRow("parent folder") << "length" << "../outside.exe" << "" << "" << "Failed to download: File name is not allowed: ../outside.exe";
+        QTest::newRow("sub-folder") << "length" << "sub/setup.exe" << "" << "" << "Failed to download: File name is not allowed: sub/setup.exe";
         QTest::newRow("dot dot") << "length" << ".." << "" << "" << "Failed to download: File name is not allowed: ..";
-        QTest::newRow("Downloads is a file") << "length" << "setup.exe" << "" << "file"
-                                             << "Failed to download: Failed to open new file: ";
-        QTest::newRow("read-only Downloads") << "length" << "setup.exe" << "" << "read-only"
-                                             << "Failed to download: Failed to remove file: ";
+        QTest::newRow("Downloads is a file") << "length" << "setup.exe" << "" << "file" << "Failed to download: Failed to open new file: ";
+        QTest::newRow("read-only Downloads") << "length" << "setup.exe" << "" << "read-only" << "Failed to download: Failed to remove file: ";
         // clang-format on
     }
 
@@ -112,10 +94,14 @@ private slots:
             { "404", HttpFixture::status(404, "Not Found", body) }, { "cut", HttpFixture::cut(body) } };
         const QString url = serve(answers.value(answer));
         const QByteArray digest = QCryptographicHash::hash(body, QCryptographicHash::Sha256).toHex();
-        publishCatalogue(fileName == "other.exe" ? "setup.exe" : fileName,
-            sha256 == "right"       ? digest
-                : sha256 == "wrong" ? QByteArray(64, 'a')
-                                    : QByteArray());
+        const QByteArray published = sha256 == "right" ? digest
+            : sha256 == "wrong"                        ? QByteArray(64, 'a')
+                                                       : QByteArray();
+        QVERIFY(
+            m_updater->setUpdateInfo(CatalogueBuilder()
+                                         .entries({ "launcher 1.1.0.0" })
+                                         .installer(fileName == "other.exe" ? "setup.exe" : fileName, "/x", published)
+                                         .bytes()));
 
         // The old file stands where the name leads, inside "Downloads" or not.
         const QString target = QDir::cleanPath(downloads() + '/' + fileName);
