@@ -1,10 +1,10 @@
+#include "cataloguebuilder.h"
 #include "httpfixture.h"
 #include "launcherharness.h"
+#include "sampleproject.h"
 #include "testfiles.h"
 
 #include <QCryptographicHash>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QtTest>
 
 // The forced self-update in the real binary: a catalogue that offers a newer
@@ -22,22 +22,19 @@ class TestLauncherUpdate : public QObject
 
     QString installerLog() const { return m_harness->profile().root() + "/installer.log"; }
     QString downloaded() const { return m_harness->profile().root() + "/home/Downloads/" + m_fileName; }
-    // Publishes the catalogue with the installer's digest, and these bytes as the installer.
-    void publish(const QByteArray &installer)
+    // Publishes the catalogue with the sample installer's digest, and the installer with what is appended.
+    void publish(const QByteArray &appended = QByteArray())
     {
-        const QByteArray original = TestFiles::read(ZANMIR_SAMPLE_INSTALLER);
-        QVERIFY(!original.isEmpty());
-        const QJsonObject target { { "target", "win64" }, { "url", "/Zanmir/Installer/sample-installer" },
-            { "filename", m_fileName },
-            { "sha256", QString::fromLatin1(QCryptographicHash::hash(original, QCryptographicHash::Sha256).toHex()) } };
-        const QJsonObject entry { { "appl_type", "launcher" }, { "appl_name", "Vorlix Zanmir Launcher" },
-            { "version", "1.1.0.0" }, { "targets", QJsonArray { target } } };
-        const QJsonObject schema { { "app_versions", QJsonObject { { "updates", QJsonArray { entry } } } } };
+        const QByteArray installer = TestFiles::read(ZANMIR_SAMPLE_INSTALLER);
+        const QByteArray digest = QCryptographicHash::hash(installer, QCryptographicHash::Sha256).toHex();
         const QString folder = m_storeFolder.path() + "/Zanmir";
         QVERIFY(QDir().mkpath(folder + "/Launcher/UpdateInfo") && QDir().mkpath(folder + "/Installer"));
         QVERIFY(TestFiles::write(folder + "/Launcher/UpdateInfo/updateinfo.json",
-            QJsonDocument(QJsonObject { { "1.0.0", schema } }).toJson()));
-        QVERIFY(TestFiles::write(folder + "/Installer/sample-installer", installer));
+            CatalogueBuilder()
+                .entries({ "launcher 1.1.0.0" })
+                .installer(m_fileName, "/Zanmir/Installer/sample-installer", digest)
+                .bytes()));
+        QVERIFY(TestFiles::write(folder + "/Installer/sample-installer", installer + appended));
     }
 
 private slots:
@@ -52,15 +49,18 @@ private slots:
         m_harness->setEnvironmentValue("ZANMIR_TEST_DIALOG_BUTTON", "Yes");
     }
 
+    // The update window comes first, even before a project file given, and
     // Cancel ends the process with status 1 and nothing else happens.
     void cancelEndsTheProcess()
     {
-        publish(TestFiles::read(ZANMIR_SAMPLE_INSTALLER));
+        publish();
+        QVERIFY(SampleProject::writeProject(m_harness->projectPath("first.zmr"), "2.1.0.5"));
         m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", "window Update Zanmir Launcher;click cancelButton");
-        LauncherRun *run = m_harness->run({});
+        LauncherRun *run = m_harness->run({ m_harness->projectPath("first.zmr") });
         QVERIFY2(run->exitedWith(1) && run->dialogs().isEmpty(), qPrintable(run->describe()));
         QCOMPARE(run->failedSteps(), QStringList());
         QVERIFY(!QFile::exists(downloaded()) && !QFile::exists(installerLog()));
+        QVERIFY(m_harness->editorStarts().isEmpty());
     }
 
     // Update, Yes: the installer arrives, is started and the process ends
@@ -68,18 +68,17 @@ private slots:
     // start opens the main window.
     void updateThenNextStart()
     {
-        const QByteArray installer = TestFiles::read(ZANMIR_SAMPLE_INSTALLER);
-        publish(installer);
+        publish();
         m_harness->setEnvironmentValue(
             "ZANMIR_TEST_SCRIPT", "window Update Zanmir Launcher;click launcherUpdateButton");
         LauncherRun *run = m_harness->run({});
         QVERIFY2(run->exitedWith(0), qPrintable(run->describe()));
         QCOMPARE(run->dialogs().size(), 1);
         QCOMPARE(run->dialogs().first().text, QString("Are you sure to download installer for Launcher ver 1.1.0.0?"));
-        QCOMPARE(TestFiles::read(downloaded()), installer);
-        // Started, not waited for: it may still be at work.
-        QVERIFY(QTest::qWaitFor([this]() { return QFile::exists(installerLog()); }, 10000));
-        const QJsonObject record = QJsonDocument::fromJson(TestFiles::read(installerLog())).object();
+        QCOMPARE(TestFiles::read(downloaded()), TestFiles::read(ZANMIR_SAMPLE_INSTALLER));
+        // Started, not waited for: it may still be at work, and the file exists before its line.
+        QJsonObject record;
+        QVERIFY(QTest::qWaitFor([&]() { return !(record = TestFiles::readObject(installerLog())).isEmpty(); }, 10000));
         QCOMPARE(record["program"].toString(), downloaded());
         QCOMPARE(record["installed"].toString(), QString("launcher 1.1.0.0"));
         QVERIFY(m_harness->launcherLog().contains("ApplUpdater::readReplyFinished: Download success: " + downloaded()));
@@ -94,7 +93,7 @@ private slots:
     // saved nor started; the update window stays until the user closes it.
     void tamperedInstallerIsRefused()
     {
-        publish(TestFiles::read(ZANMIR_SAMPLE_INSTALLER) + "\nprint('and something else')\n");
+        publish("\nprint('and something else')\n");
         m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT",
             "window Update Zanmir Launcher;click launcherUpdateButton;window Downloading;wait 2000;close");
         LauncherRun *run = m_harness->run({});
