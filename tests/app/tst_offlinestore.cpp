@@ -8,20 +8,14 @@ static const QString kPage = QStringLiteral("http://127.0.0.1:9/Zanmir/Launcher/
 
 // The offline page store: the index, the numbered page files beside it, and
 // the log lines that tell what happened.
-class TestOfflineStore : public QObject
+class TestOfflineStore : public LauncherTestCase
 {
     Q_OBJECT
 
 public:
-    TestOfflineStore(TestProfile *profile, ProcessLauncher *launcher)
-        : m_profile(profile)
-        , m_launcher(launcher)
-    { }
+    using LauncherTestCase::LauncherTestCase;
 
 private:
-    TestProfile *m_profile;
-    ProcessLauncher *m_launcher;
-
     QString path(const QString &name) const { return m_profile->launcherFolder(false) + QLatin1Char('/') + name; }
     QString indexPath() const { return path(QStringLiteral("OfflineFiles.json")); }
     // The index entries as "serial url", in file order.
@@ -79,11 +73,11 @@ private slots:
 
     void restoreFailures()
     {
+        m_log.mark();
         QCOMPARE(m_launcher->getOfflineFileInfo(QString()).getSerialNo(), 0);
         QCOMPARE(m_launcher->restoreOfflineFile(kPage), QString());
-        const QString log = TestFiles::read(m_profile->logFile(QCoreApplication::applicationName()));
-        QVERIFY(
-            log.contains("OfflineFile::restoreOfflineFile: Failed to retrieve OfflineFileInfo: URL[" + kPage + "]\n"));
+        QCOMPARE(m_log.newLines(),
+            QStringList { "OfflineFile::restoreOfflineFile: Failed to retrieve OfflineFileInfo: URL[" + kPage + "]" });
         // A page file deleted by hand.
         QVERIFY(m_launcher->saveOfflineFile(kPage, QStringLiteral("news")));
         QVERIFY(QFile::remove(path(QStringLiteral("00000001.html"))));
