@@ -119,13 +119,14 @@ private slots:
         QTest::addColumn<QString>("file"); // below the data folder
         QTest::addColumn<QString>("damage");
         const QString catalogue = "Vorlix/ZanmirApplications.json", index = "Vorlix/ZanmirLauncher/OfflineFiles.json";
+        // clang-format off
         QTest::newRow("folder at the catalogue path") << catalogue << "folder";
         QTest::newRow("unreadable catalogue") << catalogue << "unreadable";
         QTest::newRow("folder at the index path") << index << "folder";
         QTest::newRow("unreadable index") << index << "unreadable";
         QTest::newRow("garbage index") << index << "garbage";
-        QTest::newRow("left-over of a write") << "Vorlix/ZanmirLauncher/ZanmirManager.json.qWeRty"
-                                              << "left over";
+        QTest::newRow("left-over of a write") << "Vorlix/ZanmirLauncher/ZanmirManager.json.qWeRty" << "left over";
+        // clang-format on
     }
 
     void brokenStateFile()

@@ -173,9 +173,10 @@ private slots:
     {
         QTest::addColumn<int>("histories");
         QTest::addColumn<QStringList>("logged");
+        // clang-format off
         QTest::newRow("100") << 100 << QStringList();
-        QTest::newRow("101") << 101
-                             << QStringList { "RecentUsedWidget::setFileDesc: Histories will be displayed 100 of 101" };
+        QTest::newRow("101") << 101 << QStringList { "RecentUsedWidget::setFileDesc: Histories will be displayed 100 of 101" };
+        // clang-format on
     }
 
     void cardsAreCapped()
@@ -202,18 +203,12 @@ private slots:
         QTest::addColumn<QString>("project");
         QTest::addColumn<QString>("edition");
         QTest::addColumn<QString>("version");
-        QTest::newRow("with a picture, inhouse") << "a.zmr"
-                                                 << "inhouse"
-                                                 << "(Ver. 1.2.00 inhouse)";
-        QTest::newRow("without, release") << "c.zmr"
-                                          << "release"
-                                          << "(Ver. 1.2.00 )";
-        QTest::newRow("corrupt archive") << "d.zmr"
-                                         << "beta"
-                                         << "(Ver. 1.2.00 )";
-        QTest::newRow("no such file") << "e.zmr"
-                                      << "release"
-                                      << "(Ver. 1.2.00 )";
+        // clang-format off
+        QTest::newRow("with a picture, inhouse") << "a.zmr" << "inhouse" << "(Ver. 1.2.00 inhouse)";
+        QTest::newRow("without, release") << "c.zmr" << "release" << "(Ver. 1.2.00 )";
+        QTest::newRow("corrupt archive") << "d.zmr" << "beta" << "(Ver. 1.2.00 )";
+        QTest::newRow("no such file") << "e.zmr" << "release" << "(Ver. 1.2.00 )";
+        // clang-format on
     }
 
     void cardContents()

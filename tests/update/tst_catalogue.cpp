@@ -58,9 +58,9 @@ private slots:
         QTest::addColumn<QString>("reason"); // its beginning; empty for a catalogue
         const QString parse = "Failed to parse JSON document: code[";
         const QString schema = "No catalogue object under \"1.0.0\"";
+        // clang-format off
         QTest::newRow("catalogue") << QString(kIncomplete) << "";
-        QTest::newRow("web stamps only") << R"({"1.0.0": {"web_versions": []}})"
-                                         << "";
+        QTest::newRow("web stamps only") << R"({"1.0.0": {"web_versions": []}})" << "";
         QTest::newRow("portal page") << "<html><body>Sign in</body></html>" << parse;
         QTest::newRow("truncated") << QString(kIncomplete).left(200) << parse;
         QTest::newRow("empty text") << "" << parse;
@@ -68,6 +68,7 @@ private slots:
         QTest::newRow("empty schema") << R"({"1.0.0": {}})" << schema;
         QTest::newRow("schema not an object") << R"({"1.0.0": [1]})" << schema;
         QTest::newRow("array") << R"([{"1.0.0": {"web_versions": []}}])" << schema;
+        // clang-format on
     }
 
     void isCatalogue()
