@@ -204,8 +204,6 @@ private slots:
         QCOMPARE(sent, events.filter(QRegularExpression("^button")));
     }
 
-    // The preferences dialog: Apply buttons that remember a pending change, OK
-    // that asks only then, Cancel that never asks, and what reaches the file.
     void preferencesShown()
     {
         QVERIFY(m_launcher->setLocale("en_US"));
@@ -224,6 +222,8 @@ private slots:
         QCOMPARE(child<QComboBox>(unknown, "comboLanguage")->currentIndex(), -1);
     }
 
+    // The preferences dialog: Apply buttons that remember a pending change, OK
+    // that asks only then, Cancel that never asks, and what reaches the file.
     void preferencesClosing_data()
     {
         // Steps on the dialog, then the button that closes it; the answer to a question.
