@@ -189,6 +189,8 @@ private slots:
         for (LauncherRun *run : runs)
             QVERIFY(run->waitForFinished(LauncherHarness::kDefaultTimeout) && ended(run, 0, 0));
         QVERIFY(m_harness->waitForEditorStarts(2));
+        qint64 pid = 0;
+        QVERIFY(window.getLockInfo(&pid, nullptr, nullptr) && pid == QCoreApplication::applicationPid());
     }
 };
 
