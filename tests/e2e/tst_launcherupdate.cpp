@@ -1,16 +1,15 @@
+#include "cataloguebuilder.h"
 #include "httpfixture.h"
 #include "launcherharness.h"
+#include "sampleproject.h"
 #include "testfiles.h"
 
 #include <QCryptographicHash>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QtTest>
 
-// The forced self-update in the real binary: a catalogue that offers a newer
-// launcher puts the update window in place of the main window, and the
-// sample installer served beside the catalogue is downloaded, checked and
-// started.
+// The update catalogue in the real binary. One that offers a newer launcher
+// puts the update window in place of the main window, and the sample
+// installer served beside it is downloaded, checked and started.
 class TestLauncherUpdate : public QObject
 {
     Q_OBJECT
@@ -22,22 +21,19 @@ class TestLauncherUpdate : public QObject
 
     QString installerLog() const { return m_harness->profile().root() + "/installer.log"; }
     QString downloaded() const { return m_harness->profile().root() + "/home/Downloads/" + m_fileName; }
-    // Publishes the catalogue with the installer's digest, and these bytes as the installer.
-    void publish(const QByteArray &installer)
+    // Publishes the catalogue with the sample installer's digest, and the installer with what is appended.
+    void publish(const QByteArray &appended = QByteArray())
     {
-        const QByteArray original = TestFiles::read(ZANMIR_SAMPLE_INSTALLER);
-        QVERIFY(!original.isEmpty());
-        const QJsonObject target { { "target", "win64" }, { "url", "/Zanmir/Installer/sample-installer" },
-            { "filename", m_fileName },
-            { "sha256", QString::fromLatin1(QCryptographicHash::hash(original, QCryptographicHash::Sha256).toHex()) } };
-        const QJsonObject entry { { "appl_type", "launcher" }, { "appl_name", "Vorlix Zanmir Launcher" },
-            { "version", "1.1.0.0" }, { "targets", QJsonArray { target } } };
-        const QJsonObject schema { { "app_versions", QJsonObject { { "updates", QJsonArray { entry } } } } };
+        const QByteArray installer = TestFiles::read(ZANMIR_SAMPLE_INSTALLER);
+        const QByteArray digest = QCryptographicHash::hash(installer, QCryptographicHash::Sha256).toHex();
         const QString folder = m_storeFolder.path() + "/Zanmir";
         QVERIFY(QDir().mkpath(folder + "/Launcher/UpdateInfo") && QDir().mkpath(folder + "/Installer"));
         QVERIFY(TestFiles::write(folder + "/Launcher/UpdateInfo/updateinfo.json",
-            QJsonDocument(QJsonObject { { "1.0.0", schema } }).toJson()));
-        QVERIFY(TestFiles::write(folder + "/Installer/sample-installer", installer));
+            CatalogueBuilder()
+                .entries({ "launcher 1.1.0.0" })
+                .installer(m_fileName, "/Zanmir/Installer/sample-installer", digest)
+                .bytes()));
+        QVERIFY(TestFiles::write(folder + "/Installer/sample-installer", installer + appended));
     }
 
 private slots:
@@ -52,15 +48,18 @@ private slots:
         m_harness->setEnvironmentValue("ZANMIR_TEST_DIALOG_BUTTON", "Yes");
     }
 
+    // The update window comes first, even before a project file given, and
     // Cancel ends the process with status 1 and nothing else happens.
     void cancelEndsTheProcess()
     {
-        publish(TestFiles::read(ZANMIR_SAMPLE_INSTALLER));
+        publish();
+        QVERIFY(SampleProject::writeProject(m_harness->projectPath("first.zmr"), "2.1.0.5"));
         m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", "window Update Zanmir Launcher;click cancelButton");
-        LauncherRun *run = m_harness->run({});
+        LauncherRun *run = m_harness->run({ m_harness->projectPath("first.zmr") });
         QVERIFY2(run->exitedWith(1) && run->dialogs().isEmpty(), qPrintable(run->describe()));
         QCOMPARE(run->failedSteps(), QStringList());
         QVERIFY(!QFile::exists(downloaded()) && !QFile::exists(installerLog()));
+        QVERIFY(m_harness->editorStarts().isEmpty());
     }
 
     // Update, Yes: the installer arrives, is started and the process ends
@@ -68,18 +67,17 @@ private slots:
     // start opens the main window.
     void updateThenNextStart()
     {
-        const QByteArray installer = TestFiles::read(ZANMIR_SAMPLE_INSTALLER);
-        publish(installer);
+        publish();
         m_harness->setEnvironmentValue(
             "ZANMIR_TEST_SCRIPT", "window Update Zanmir Launcher;click launcherUpdateButton");
         LauncherRun *run = m_harness->run({});
         QVERIFY2(run->exitedWith(0), qPrintable(run->describe()));
         QCOMPARE(run->dialogs().size(), 1);
         QCOMPARE(run->dialogs().first().text, QString("Are you sure to download installer for Launcher ver 1.1.0.0?"));
-        QCOMPARE(TestFiles::read(downloaded()), installer);
-        // Started, not waited for: it may still be at work.
-        QVERIFY(QTest::qWaitFor([this]() { return QFile::exists(installerLog()); }, 10000));
-        const QJsonObject record = QJsonDocument::fromJson(TestFiles::read(installerLog())).object();
+        QCOMPARE(TestFiles::read(downloaded()), TestFiles::read(ZANMIR_SAMPLE_INSTALLER));
+        // Started, not waited for: it may still be at work, and the file exists before its line.
+        QJsonObject record;
+        QVERIFY(QTest::qWaitFor([&]() { return !(record = TestFiles::readObject(installerLog())).isEmpty(); }, 10000));
         QCOMPARE(record["program"].toString(), downloaded());
         QCOMPARE(record["installed"].toString(), QString("launcher 1.1.0.0"));
         QVERIFY(m_harness->launcherLog().contains("ApplUpdater::readReplyFinished: Download success: " + downloaded()));
@@ -94,7 +92,7 @@ private slots:
     // saved nor started; the update window stays until the user closes it.
     void tamperedInstallerIsRefused()
     {
-        publish(TestFiles::read(ZANMIR_SAMPLE_INSTALLER) + "\nprint('and something else')\n");
+        publish("\nprint('and something else')\n");
         m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT",
             "window Update Zanmir Launcher;click launcherUpdateButton;window Downloading;wait 2000;close");
         LauncherRun *run = m_harness->run({});
@@ -107,6 +105,43 @@ private slots:
             qPrintable(run->describe()));
         QTest::qWait(500);
         QVERIFY(!QFile::exists(downloaded()) && !QFile::exists(installerLog()));
+    }
+
+    // With no launcher update on offer: the server's answer is kept byte for
+    // byte as the offline copy, and a server that takes the request and never
+    // answers delays an open-with start by the deadline only, start-up going
+    // on from that copy.
+    void silentServerFallsBackToTheCopy()
+    {
+        HttpFixture server;
+        QVERIFY(server.listen());
+        const QString path = "/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1", url = server.url(path);
+        const QByteArray catalogue
+            = R"({"1.0.0": {"web_versions": [{"type": "newsweb", "version": "1", "url": "/お知らせ.htm"}]}})";
+        server.setAnswer(path, HttpFixture::ok(catalogue));
+        m_harness->setServerBase(server.url(QString()));
+        m_harness->setEnvironmentValue("ZANMIR_HTTP_TIMEOUT_MS", "500");
+        const QString project = m_harness->projectPath("scene.zmr");
+        QVERIFY(SampleProject::writeProject(project, "2.1.0.5"));
+        // The scripted server answers while this thread waits in an event loop.
+        LauncherRun *first = m_harness->start({ project });
+        QVERIFY(QTest::qWaitFor([first]() { return !first->isRunning(); }, LauncherHarness::kDefaultTimeout));
+        QVERIFY2(first->exitedWith(0) && first->dialogs().isEmpty(), qPrintable(first->describe()));
+        QCOMPARE(server.requestCount(path), 1);
+        QVERIFY(m_harness->launcherLog().contains("ApplUpdateInfo is completely loaded from server: [" + url + "]"));
+        QCOMPARE(TestFiles::read(m_harness->profile().launcherFolder(false) + "/00000001.html"), catalogue);
+
+        server.setAnswer(path, HttpFixture::silent());
+        QElapsedTimer elapsed;
+        elapsed.start();
+        LauncherRun *second = m_harness->run({ project }, 10000);
+        QVERIFY2(second->exitedWith(0) && second->dialogs().isEmpty(), qPrintable(second->describe()));
+        QVERIFY2(elapsed.elapsed() >= 500, qPrintable(QString::number(elapsed.elapsed())));
+        QVERIFY(m_harness->waitForEditorStarts(2));
+        QCOMPARE(m_harness->editorStarts().at(1).mid(1), QStringList { project });
+        const QString log = m_harness->launcherLog();
+        QVERIFY2(log.contains("Failed to load ApplUpdateInfo from server: [" + url + "]"), qPrintable(log));
+        QVERIFY2(log.contains("Contents is read from offline file: URL[" + url + "]"), qPrintable(log));
     }
 };
 

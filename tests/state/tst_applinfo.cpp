@@ -146,21 +146,6 @@ private slots:
         QCOMPARE(info.getWebUrl(webType, defaultText), expected.replace('@', kServerBase) + "?t=pe1");
     }
 
-    void webVersions()
-    {
-        TestProfile profile;
-        ApplInfo info(profile.managerFile(), false, nullptr);
-        QVERIFY(info.createFile());
-        QVERIFY(info.saveWebVersion("newsweb", WebUpdateInfo("newsweb", "1.0.0", "/news/v1.htm")));
-        QVERIFY(info.saveWebVersion("howtoweb", WebUpdateInfo("howtoweb", "1.0.0.0", "/help/v1.htm")));
-        QCOMPARE(TestFiles::readObject(profile.managerFile()).value("1.0.0")["web_versions"].toObject(),
-            parse(R"({"howtoweb": {"type": "howtoweb", "url": "/help/v1.htm", "version": "1.0.0.0"},
-                      "newsweb": {"type": "newsweb", "url": "/news/v1.htm", "version": "1.0.0"}})"));
-        // A shorter stamp is older.
-        QVERIFY(!info.isWebVersionUpToDate("newsweb", WebUpdateInfo("newsweb", "1.0.0.0", "/n.htm")));
-        QVERIFY(info.isWebVersionUpToDate("howtoweb", WebUpdateInfo("howtoweb", "1.0.0.0", "/h.htm")));
-    }
-
     void serialNumbersRunOut_data()
     {
         QTest::addColumn<QString>("stored"); // "serial_no file" pairs
@@ -204,11 +189,8 @@ private slots:
     {
         TestProfile profile;
         ApplInfo info(profile.managerFile(), false, nullptr);
-        QVERIFY(info.createFile());
-        QFile file(profile.managerFile());
         const QDateTime old(QDate(2001, 2, 3), QTime(4, 5, 6));
-        QVERIFY(file.open(QIODevice::ReadOnly) && file.setFileTime(old, QFileDevice::FileModificationTime));
-        file.close();
+        QVERIFY(info.createFile() && TestFiles::setModified(profile.managerFile(), old));
         // The show-all flag reaches no file.
         QVERIFY(info.saveChange([&info]() { info.setShowAllVersions(true); }));
         QCOMPARE(info.getInfoText(), "ApplInfo file updated: " + profile.managerFile());

@@ -4,7 +4,6 @@
 #include "testprofile.h"
 
 #include <QJsonArray>
-#include <QProcess>
 #include <QtTest>
 
 #include <cstdio>
@@ -220,25 +219,6 @@ private slots:
             registry.updateVersion(step.section(' ', 0, 0), EditorInfo("editor", "release", step.section(' ', 1, 1)));
             QCOMPARE(registry.getInfoText(), step.section(' ', 2));
         }
-    }
-
-    void installerInAnotherProcess()
-    {
-        TestProfile profile;
-        installEditors(profile, "2.1");
-        Registry registry(profile.catalogueFile());
-        const QString records = SystemSettings::uninstallRecordsFile();
-        const QByteArray before = TestFiles::read(records);
-        QCOMPARE(registry.getVersionList("editor").size(), 1);
-        // An installer in another process adds a group, an uninstaller takes it away again.
-        const QByteArray added
-            = "\n[B]\nDisplayName=Vorlix Zanmir Editor\nAppType=editor\nAppName=N\nAppEdition=release\n"
-              "AppVersion=3.0\nEditorPath=/b\nUninstallString=/u\n";
-        const QString staged = profile.root() + "/staged.ini";
-        QVERIFY(TestFiles::write(staged, before + added) && QProcess::execute("cp", { staged, records }) == 0);
-        QCOMPARE(registry.getVersionList("editor").size(), 2);
-        QVERIFY(TestFiles::write(staged, before) && QProcess::execute("cp", { staged, records }) == 0);
-        QCOMPARE(registry.getVersionList("editor").size(), 1);
     }
 
     void findVersionForDocument_data()

@@ -15,6 +15,17 @@ CatalogueBuilder &CatalogueBuilder::entries(const QStringList &entries)
     return *this;
 }
 
+CatalogueBuilder &CatalogueBuilder::installer(const QString &fileName, const QString &url, const QByteArray &sha256)
+{
+    QJsonObject target { { "target", "win64" }, { "url", url }, { "filename", fileName } };
+    if (!sha256.isEmpty())
+        target.insert("sha256", QString::fromLatin1(sha256));
+    QJsonObject entry = m_updates.last().toObject();
+    entry.insert("targets", QJsonArray { target });
+    m_updates.replace(m_updates.size() - 1, entry);
+    return *this;
+}
+
 QByteArray CatalogueBuilder::bytes() const
 {
     const QJsonObject schema { { "app_versions", QJsonObject { { "updates", m_updates } } } };

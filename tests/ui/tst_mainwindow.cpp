@@ -3,17 +3,22 @@
 #include "httpfixture.h"
 #include "launchertestmain.h"
 #include "menubuttonwidget.h"
+#include "modalanswer.h"
+#include "preferencedialog.h"
 #include "screeninfo.h"
 #include "stylesheet.h"
 #include "testfiles.h"
 
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDialog>
+#include <QLabel>
 #include <QSignalSpy>
 #include <QToolButton>
 #include <QTranslator>
 
 // The main window on a real launcher: which page a menu key shows, when the
-// catalogue is read again, and the badges of the menu strip.
+// catalogue is read again, the badges of the menu strip, and the preferences.
 class TestMainWindow : public LauncherTestCase
 {
     Q_OBJECT
@@ -38,6 +43,7 @@ private:
         return visible;
     }
     int catalogueReads() const { return m_server.requestCount(m_cataloguePath); }
+    template<class T> static T *child(QDialog &dialog, const char *name) { return dialog.findChild<T *>(name); }
     // Closes the modal dialog that is open at the next turn of the event loop.
     static void closeDialogSoon(const std::function<void()> &whileOpen = {})
     {
@@ -54,7 +60,7 @@ private slots:
     {
         QVERIFY(m_server.listen());
         qputenv("ZANMIR_SERVER_BASE", m_server.url(QString()).toUtf8());
-        m_profile->registerVersion("L0", "launcher", "release", "1.0.0.0");
+        m_profile->registerVersion("L0", "launcher", "release", "1.3.0.2");
         m_server.setAnswer(
             m_cataloguePath, HttpFixture::ok(R"({"1.0.0": {"app_versions": {"updates": []}, "web_versions": [
                 {"type": "newsweb", "version": "2.0.0.0", "url": "/news.htm"},
@@ -74,28 +80,25 @@ private slots:
         QCOMPARE(m_launcher->getRefreshTimer()->interval(), 300000);
         QVERIFY(m_launcher->getUpdateNotifier()->isRunning() && !m_launcher->getUpdateNotifier()->isDue());
         QVERIFY(m_form->styleSheet().contains("HomeForm#HomeForm"));
+        // A sheet that does not open leaves a window unstyled and working.
+        QWidget unstyled;
+        QVERIFY(!StyleSheet::applyTo(&unstyled, ":/stylesheet/missing.qss") && unstyled.styleSheet().isEmpty());
     }
 
     void pageSwitching_data()
     {
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("page"); // empty: none, "=": as before
-        QTest::newRow("Info") << "Info"
-                              << "scrollAreaInfo";
-        QTest::newRow("Help") << "Help"
-                              << "scrollAreaHelp";
-        QTest::newRow("Appl") << "Appl"
-                              << "widgetInstalledEditor";
-        QTest::newRow("License") << "License"
-                                 << "widgetLicense";
-        QTest::newRow("Refresh") << "Refresh"
-                                 << "=";
-        QTest::newRow("Pref") << "Pref"
-                              << "=";
-        QTest::newRow("Home") << "Home"
-                              << "widgetHome";
-        QTest::newRow("unknown key") << "Nowhere"
-                                     << "";
+        // clang-format off
+        QTest::newRow("Info") << "Info" << "scrollAreaInfo";
+        QTest::newRow("Help") << "Help" << "scrollAreaHelp";
+        QTest::newRow("Appl") << "Appl" << "widgetInstalledEditor";
+        QTest::newRow("License") << "License" << "widgetLicense";
+        QTest::newRow("Refresh") << "Refresh" << "=";
+        QTest::newRow("Pref") << "Pref" << "=";
+        QTest::newRow("Home") << "Home" << "widgetHome";
+        QTest::newRow("unknown key") << "Nowhere" << "";
+        // clang-format on
     }
 
     void pageSwitching()
@@ -168,6 +171,7 @@ private slots:
         QTest::newRow("web badges cleared") << QStringList { "web 1 1", "web 0 0" } << "info help appl";
         QTest::newRow("pressing a page clears its badge") << QStringList { "web 1 1", "buttonInfo" } << "info howtoweb_update_yellow appl";
         QTest::newRow("Home keeps the appl badge") << QStringList { "appl 0 1", "buttonHome", "buttonAppl" } << "info help appl_update_red";
+        QTest::newRow("Pref and Refresh only send their key") << QStringList { "web 1 1", "buttonPref", "buttonRefresh" } << "newsweb_update_yellow howtoweb_update_yellow appl";
         // clang-format on
     }
 
@@ -177,6 +181,7 @@ private slots:
         QFETCH(QString, icons);
         MenuButtonWidget strip;
         strip.setProcessLauncher(m_launcher);
+        QSignalSpy keys(&strip, SIGNAL(signalButtonClicked(QString)));
         ScreenInfo *hub = m_launcher->getScreenInfo();
         for (const QString &event : events) {
             const QStringList words = event.split(' ');
@@ -196,29 +201,80 @@ private slots:
             }
         }
         QCOMPARE(shown.join(' '), icons);
+        QStringList sent;
+        for (const QList<QVariant> &key : qAsConst(keys))
+            sent.append("button" + key.at(0).toString());
+        QCOMPARE(sent, events.filter(QRegularExpression("^button")));
     }
 
-    // Pref and Refresh only send their key: the badges stay.
-    void prefAndRefreshTouchNoIcon()
+    void preferencesShown()
     {
-        MenuButtonWidget strip;
-        strip.setProcessLauncher(m_launcher);
-        emit m_launcher->getScreenInfo()->signalUptodateWebVersionNoticed(true, false);
-        QSignalSpy keys(&strip, SIGNAL(signalButtonClicked(QString)));
-        const QImage before = strip.grab().toImage();
-        strip.findChild<QToolButton *>("buttonPref")->click();
-        strip.findChild<QToolButton *>("buttonRefresh")->click();
-        QCOMPARE(strip.grab().toImage(), before);
-        QCOMPARE(keys.count(), 2);
-        QCOMPARE(keys.at(0).at(0).toString() + keys.at(1).at(0).toString(), QString("PrefRefresh"));
+        QVERIFY(m_launcher->setLocale("en_US"));
+        PreferenceDialog dialog;
+        dialog.setProcessLauncher(m_launcher);
+        QCOMPARE(dialog.size(), QSize(390, 210));
+        QCOMPARE(dialog.minimumSize(), dialog.maximumSize());
+        QCOMPARE(child<QLabel>(dialog, "labelVersionInfo")->text(), QString("Vorlix Zanmir Version 1.3.0.2"));
+        QCOMPARE(child<QComboBox>(dialog, "comboLanguage")->currentData().toString(), QString("en_US"));
+        QVERIFY(!child<QToolButton>(dialog, "buttonApply")->isEnabled());
+        QVERIFY(!child<QToolButton>(dialog, "buttonApplyApplication")->isEnabled());
+        // A stored locale of no language on offer selects none.
+        QVERIFY(m_launcher->setLocale("xx_XX"));
+        PreferenceDialog unknown;
+        unknown.setProcessLauncher(m_launcher);
+        QCOMPARE(child<QComboBox>(unknown, "comboLanguage")->currentIndex(), -1);
     }
 
-    // A sheet that does not open leaves the window unstyled and working.
-    void missingStyleSheet()
+    // The preferences dialog: Apply buttons that remember a pending change, OK
+    // that asks only then, Cancel that never asks, and what reaches the file.
+    void preferencesClosing_data()
     {
-        QWidget window;
-        QVERIFY(!StyleSheet::applyTo(&window, ":/stylesheet/missing.qss"));
-        QVERIFY(window.styleSheet().isEmpty());
+        // Steps on the dialog, then the button that closes it; the answer to a question.
+        QTest::addColumn<QStringList>("steps");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<int>("result"); // of exec
+        QTest::addColumn<int>("questions");
+        QTest::addColumn<QString>("stored"); // locale, show-all
+        // clang-format off
+        QTest::newRow("OK, nothing changed") << QStringList { "buttonOKVersion" } << int(QMessageBox::Yes) << 1 << 0 << "en_US 0";
+        QTest::newRow("OK after Apply") << QStringList { "ja_JP", "buttonApply", "buttonOK" } << int(QMessageBox::Yes) << 1 << 0 << "ja_JP 0";
+        QTest::newRow("tick and untick still counts") << QStringList { "tick", "tick", "buttonOKApplication" } << int(QMessageBox::Yes) << 1 << 1 << "en_US 0";
+        QTest::newRow("OK, Yes") << QStringList { "ja_JP", "tick", "buttonOKVersion" } << int(QMessageBox::Yes) << 1 << 1 << "ja_JP 1";
+        QTest::newRow("OK, No keeps it open") << QStringList { "ja_JP", "buttonOK", "buttonCancel" } << int(QMessageBox::No) << 0 << 1 << "en_US 0";
+        QTest::newRow("Cancel never asks") << QStringList { "ja_JP", "tick", "buttonCancelApplication" } << int(QMessageBox::Yes) << 0 << 0 << "en_US 0";
+        // clang-format on
+    }
+
+    void preferencesClosing()
+    {
+        QFETCH(QStringList, steps);
+        QFETCH(int, answer);
+        QFETCH(int, result);
+        QFETCH(int, questions);
+        QFETCH(QString, stored);
+        QVERIFY(m_launcher->setLocale("en_US") && m_launcher->setShowAllVersions(false));
+        PreferenceDialog dialog;
+        dialog.setProcessLauncher(m_launcher);
+        ModalAnswer boxes(QMessageBox::StandardButton(answer), [&steps](QWidget *modal) {
+            auto *shown = qobject_cast<PreferenceDialog *>(modal);
+            if (!shown)
+                return;
+            for (const QString &step : steps) {
+                if (step == "tick")
+                    child<QCheckBox>(*shown, "checkBoxAllowAllVersions")->click();
+                else if (step.contains('_'))
+                    child<QComboBox>(*shown, "comboLanguage")->setCurrentIndex(step == "ja_JP" ? 1 : 0);
+                else if (shown->isVisible())
+                    child<QToolButton>(*shown, qPrintable(step))->click();
+            }
+        });
+        QCOMPARE(dialog.exec(), result);
+        QCOMPARE(boxes.count() - 1, questions); // the dialog itself counts once
+        bool showAll = false;
+        m_launcher->getShowAllVersions(showAll);
+        QCOMPARE(TestFiles::readObject(m_profile->managerFile()).value("1.0.0")["locale"].toString() + ' '
+                + QString::number(showAll),
+            stored);
     }
 };
 

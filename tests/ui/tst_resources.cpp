@@ -105,12 +105,11 @@ private slots:
     {
         QTest::addColumn<QString>("locale");
         QTest::addColumn<QString>("captions"); // the menu strip, from Home to Refresh
-        QTest::newRow("ja_JP") << "ja_JP"
-                               << "ホーム 新着情報 使い方 アプリ管理 ライセンス 設定 再読み込み";
-        QTest::newRow("en_US") << "en_US"
-                               << "Home Information HowToUse ManageAppl ManageLicense Preference Refresh";
-        QTest::newRow("no catalogue") << "xx_XX"
-                                      << "Home Information HowToUse ManageAppl ManageLicense Preference Refresh";
+        // clang-format off
+        QTest::newRow("ja_JP") << "ja_JP" << "ホーム 新着情報 使い方 アプリ管理 ライセンス 設定 再読み込み";
+        QTest::newRow("en_US") << "en_US" << "Home Information HowToUse ManageAppl ManageLicense Preference Refresh";
+        QTest::newRow("no catalogue") << "xx_XX" << "Home Information HowToUse ManageAppl ManageLicense Preference Refresh";
+        // clang-format on
     }
 
     void catalogue()

@@ -1,4 +1,5 @@
 #include "applupdater.h"
+#include "cataloguebuilder.h"
 #include "downloaddialog.h"
 #include "httpfixture.h"
 #include "launchertestmain.h"
@@ -6,9 +7,6 @@
 #include "testfiles.h"
 #include "updatehistorywidget.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QMessageBox>
 #include <QProgressBar>
@@ -41,14 +39,11 @@ private:
     // Offers a launcher of that version, its installer checked by that digest if any.
     void offerLauncher(const QString &version, const QByteArray &sha256 = QByteArray())
     {
-        QJsonObject target { { "target", "win64" }, { "url", "/installer" }, { "filename", m_installer } };
-        if (!sha256.isEmpty())
-            target.insert("sha256", QString::fromLatin1(sha256));
-        const QJsonObject entry { { "appl_type", "launcher" }, { "appl_name", "Vorlix Zanmir Launcher" },
-            { "version", version }, { "targets", QJsonArray { target } } };
-        const QJsonObject schema { { "app_versions", QJsonObject { { "updates", QJsonArray { entry } } } } };
-        m_server.setAnswer(
-            m_cataloguePath, HttpFixture::ok(QJsonDocument(QJsonObject { { "1.0.0", schema } }).toJson()));
+        m_server.setAnswer(m_cataloguePath,
+            HttpFixture::ok(CatalogueBuilder()
+                                .entries({ "launcher " + version })
+                                .installer(m_installer, "/installer", sha256)
+                                .bytes()));
         if (m_launcher->getApplUpdater())
             QVERIFY(m_launcher->prepareApplUpdater());
     }
@@ -162,6 +157,9 @@ private slots:
         QCOMPARE(wrong, QStringList());
         QCOMPARE(unknown > 0, !withLength);
         QCOMPARE(bar->value(), body.size());
+        QCOMPARE(dialog.windowTitle(), QString("Downloading"));
+        QCOMPARE(dialog.minimumSize(), QSize(390, 210));
+        QCOMPARE(dialog.maximumSize(), QSize(390, 210));
         QVERIFY(QFile::exists(marker())); // waited for: it has run
         QVERIFY(TestLog::inOrder(m_log.newLines(),
             { "DownloadDialog:: Download started: " + url,
@@ -231,17 +229,6 @@ private slots:
         QVERIFY(!m_launcher->getApplUpdater()->isDownloading());
         const QString ended = user == "close" ? "DownloadDialog::closed()" : "DownloadDialog::cancelClicked()";
         QCOMPARE(m_log.newLines().contains(ended), !user.isEmpty());
-    }
-
-    void downloadDialogHasAFixedSize()
-    {
-        DownloadDialog dialog(false, nullptr);
-        dialog.show();
-        dialog.resize(600, 400);
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        QCOMPARE(dialog.size(), QSize(390, 210));
-        QCOMPARE(dialog.minimumSize(), dialog.maximumSize());
-        QCOMPARE(dialog.windowTitle(), QString("Downloading"));
     }
 
     void historyDialog_data()

@@ -1,28 +1,37 @@
 #include "applupdater.h"
+#include "cataloguebuilder.h"
 #include "httpfixture.h"
+#include "registry.h"
+#include "systemsettings.h"
 #include "testfiles.h"
+#include "testprivileges.h"
 #include "testprofile.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QSignalSpy>
 #include <QtTest>
 
-#include <unistd.h>
+// Incomplete entries (kept as empty records of no type), a target without a file name, a stamp without a url.
+static const char kIncomplete[] = R"({"1.0.0": {"app_versions": {"updates": [{"appl_type": "editor", "appl_name": "x"},
+    {"appl_type": "editor", "version": "3.0"}, {"appl_type": "editor", "appl_name": "release", "version": "2.1.0.5",
+    "targets": [{"target": "win64", "url": "/1.exe", "filename": "1.exe"}, {"target": "macosx", "url": "/mac.dmg"},
+    {"target": "win64", "url": "/2.exe", "filename": "2.exe"}]}]}, "web_versions": [{"type": "newsweb", "version": "1.0",
+    "url": ""}, {"type": "newsweb", "version": "2.0", "url": "/2.htm"}, {"type": "newsweb", "version": "3.0", "url": "/3.htm"}]}})";
 
-// Installers fetched from a real server on 127.0.0.1 into the profile's
-// "Downloads", and the programs started from there.
-class TestDownload : public QObject
+// The update catalogue and what it answers; installers fetched from a real
+// server on 127.0.0.1 into the profile's "Downloads", and the programs
+// started from there.
+class TestUpdater : public QObject
 {
     Q_OBJECT
 
     TestProfile m_profile;
+    Registry m_registry { m_profile.catalogueFile() };
     HttpFixture m_server;
     QStringList m_log;
     QScopedPointer<ApplUpdater> m_updater;
     int m_paths = 0;
 
+    QStringList versions(const QString &type) const { return CatalogueBuilder::versions(m_updater->getUpdates(type)); }
     QString downloads() const { return m_profile.root() + "/home/Downloads"; }
     // A fresh path on the scripted server, answered so.
     QString serve(const HttpFixture::Answer &answer)
@@ -36,17 +45,6 @@ class TestDownload : public QObject
         const QString path = QUrl(url).path() + '?' + QUrl(url).query();
         return QTest::qWaitFor([&]() { return m_server.requestCount(path) == 1; });
     }
-    // A catalogue whose one launcher entry names the file, with that digest when there is one.
-    void publishCatalogue(const QString &fileName, const QString &sha256)
-    {
-        QJsonObject target { { "target", "win64" }, { "url", "/x" }, { "filename", fileName } };
-        if (!sha256.isEmpty())
-            target.insert("sha256", sha256);
-        const QJsonObject entry { { "appl_type", "launcher" }, { "appl_name", "Vorlix Zanmir Launcher" },
-            { "version", "1.1.0.0" }, { "targets", QJsonArray { target } } };
-        const QJsonObject schema { { "app_versions", QJsonObject { { "updates", QJsonArray { entry } } } } };
-        QVERIFY(m_updater->setUpdateInfo(QJsonDocument(QJsonObject { { "1.0.0", schema } }).toJson()));
-    }
     static QByteArray pattern(int size)
     {
         QByteArray bytes(size, Qt::Uninitialized);
@@ -56,16 +54,119 @@ class TestDownload : public QObject
     }
 
 private slots:
-    void initTestCase() { QVERIFY(m_server.listen()); }
+    void initTestCase() { QVERIFY(TestPrivileges::dropFileOverride() && m_server.listen()); }
 
     void init()
     {
         QDir(downloads()).removeRecursively();
         QFile::remove(downloads()); // a row may have left a file in its place
         m_log.clear();
+        QFile::remove(SystemSettings::uninstallRecordsFile());
         m_updater.reset(new ApplUpdater("win64", [this](const QString &line) { m_log.append(line); }));
+        m_updater->setRegistry(&m_registry);
     }
 
+    void catalogueText()
+    {
+        QVERIFY(m_updater->setUpdateInfo(kIncomplete));
+        QCOMPARE(versions("editor") + versions(QString()), (QStringList { "2.1.0.5", QString(), QString() }));
+        const ApplUpdateInfo entry = m_updater->getUpdates("editor").first();
+        QCOMPARE(entry.getUrl("win64") + entry.getFileName("win64") + entry.getUrl("macosx"), QString("/2.exe2.exe"));
+        QCOMPARE(m_updater->getWebUpdateInfo("newsweb").getUrl(), QString("/2.htm")); // the first complete stamp
+
+        QVERIFY(!m_updater->setUpdateInfo("{ not json"));
+        const QString error = m_updater->getErrorText();
+        QVERIFY2(error.startsWith("Failed to parse JSON document: code["), qPrintable(error));
+        QCOMPARE(versions("editor"), QStringList { "2.1.0.5" }); // the previous catalogue stays in use
+        // Without its schema object the document empties the catalogue, silently.
+        QVERIFY(!m_updater->setUpdateInfo("{\"2.0.0\": {}}"));
+        QCOMPARE(m_updater->getErrorText(), error);
+        QCOMPARE(versions("editor") + versions(QString()), QStringList());
+        QCOMPARE(m_updater->getWebUpdateInfo("newsweb").getVersion(), QString()); // no stamp of the type
+        QVERIFY(m_updater->setUpdateInfo(kIncomplete) && m_updater->setUpdateInfo(QString()));
+        QCOMPARE(versions("editor"), QStringList());
+    }
+
+    void isCatalogue_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("reason"); // its beginning; empty for a catalogue
+        const QString parse = "Failed to parse JSON document: code[";
+        const QString schema = "No catalogue object under \"1.0.0\"";
+        // clang-format off
+        QTest::newRow("catalogue") << QString(kIncomplete) << "";
+        QTest::newRow("web stamps only") << R"({"1.0.0": {"web_versions": []}})" << "";
+        QTest::newRow("portal page") << "<html><body>Sign in</body></html>" << parse;
+        QTest::newRow("truncated") << QString(kIncomplete).left(200) << parse;
+        QTest::newRow("empty text") << "" << parse;
+        QTest::newRow("other schema") << R"({"2.0.0": {"app_versions": {}}})" << schema;
+        QTest::newRow("empty schema") << R"({"1.0.0": {}})" << schema;
+        QTest::newRow("schema not an object") << R"({"1.0.0": [1]})" << schema;
+        QTest::newRow("array") << R"([{"1.0.0": {"web_versions": []}}])" << schema;
+        // clang-format on
+    }
+
+    void isCatalogue()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, reason);
+        QString found;
+        QCOMPARE(ApplUpdater::isCatalogue(text, &found), reason.isEmpty());
+        QVERIFY2(reason.isEmpty() || found.startsWith(reason), qPrintable(found));
+    }
+
+    void searches_data()
+    {
+        QTest::addColumn<QString>("installed"); // "update" and "recent" ask about the first
+        QTest::addColumn<QString>("catalogue");
+        QTest::addColumn<QString>("query"); // "download" with the version text to look up
+        QTest::addColumn<QString>("answer");
+        // clang-format off
+        const QString launchers = "editor 2.0.0.0, launcher 1.1.0.0";
+        const QString downloads = "editor 2.1.0.5, editor 2.1.0.6 inhouse, editor 2.1.0.6d inhouse, editor 2.1.0.7 release macosx";
+        QTest::newRow("update: first in series") << "editor release 2.1.3" << "editor 2.1.5, editor 2.1.7, editor 2.2.0" << "update" << "2.1.5";
+        QTest::newRow("update: newer build installed") << "editor release 2.1.3, editor release 2.1.5" << "editor 2.1.5, editor 2.1.4" << "update" << "";
+        QTest::newRow("update: other edition") << "editor beta 3.0.1" << "editor 3.0.2" << "update" << "";
+        QTest::newRow("update: launcher") << "launcher release 2.1.3" << "launcher 2.1.5" << "update" << "";
+        // "1.10" sorts before "1.9" as text, so it is no later series.
+        QTest::newRow("recent: text order") << "editor release 1.9.0.0" << "editor 1.10.0.0, editor 3.0.0.0" << "recent" << "3.0.0.0";
+        QTest::newRow("latest: nothing installed, any type") << "" << launchers << "latest" << "2.0.0.0";
+        QTest::newRow("latest: newer launcher") << "launcher release 1.0.0.0" << launchers << "latest" << "1.1.0.0";
+        QTest::newRow("latest: equal launcher") << "launcher release 1.1.0.0" << launchers << "latest" << "";
+        // One per series, the first in the catalogue, newest first, then all; a one-number version has no
+        // series, and an installed version text is hidden whatever its edition.
+        QTest::newRow("installable") << "editor inhouse 1.0.0.0" << "editor 2.1.0.7, editor 2.1.0.5, editor 3, editor 2.2.0.1, editor 2.1.0.9 beta, editor 1.0.0.0" << "installable" << "2.2.0.1 2.1.0.7 / 3 2.2.0.1 2.1.0.9 2.1.0.7 2.1.0.5";
+        QTest::newRow("download") << "" << downloads << "download 2.1.0.5" << "release 2.1.0.5 /v/2.1.0.5 2.1.0.5.exe";
+        QTest::newRow("download: inhouse, by display version") << "" << downloads << "download 2.1.0.6" << "inhouse 2.1.0.6d /v/2.1.0.6d 2.1.0.6d.exe";
+        QTest::newRow("download: no win64 installer") << "" << downloads << "download 2.1.0.7" << "Download failed: unknown URL or file name: editor 2.1.0.7 (win64)";
+        QTest::newRow("download: no version") << "" << downloads << "download" << "";
+        // clang-format on
+    }
+
+    void searches()
+    {
+        QFETCH(QString, installed);
+        QFETCH(QString, catalogue);
+        QFETCH(QString, query);
+        QFETCH(QString, answer);
+        QList<EditorInfo> editors;
+        for (const QString &version : installed.split(", ", Qt::SkipEmptyParts)) {
+            const QStringList parts = version.split(' ');
+            m_profile.registerVersion(parts.join('_'), parts.at(0), parts.at(1), parts.at(2));
+            editors.append(EditorInfo(parts.at(0), parts.at(1), parts.at(2)));
+        }
+        QVERIFY(m_updater->setUpdateInfo(CatalogueBuilder().entries(catalogue.split(", ")).bytes()));
+        QStringList info { "", "", "", "" };
+        const bool found = m_updater->findDownloadInfo(query.section(' ', 1), info[0], info[1], info[2], info[3]);
+        const QHash<QString, QString> answers { { "update", m_updater->findUpdateFor(editors.value(0)).getVersion() },
+            { "recent", m_updater->findRecentFor(editors.value(0)).getVersion() },
+            { "latest", m_updater->findLatestFor("launcher").getVersion() },
+            { "installable",
+                CatalogueBuilder::versions(m_updater->getInstallableEditors(editors, false)).join(' ') + " / "
+                    + CatalogueBuilder::versions(m_updater->getInstallableEditors(editors, true)).join(' ') },
+            { "download", found ? info.join(' ') : m_updater->getErrorText() } };
+        QCOMPARE(answers.value(query.section(' ', 0, 0)), answer);
+    }
     void transfer_data()
     {
         QTest::addColumn<QString>("answer");
@@ -81,18 +182,13 @@ private slots:
         QTest::newRow("404") << "404" << "setup.exe" << "" << "" << "HTTP access failed: ";
         QTest::newRow("closed mid-body") << "cut" << "setup.exe" << "" << "" << "HTTP access failed: ";
         QTest::newRow("digest matches") << "length" << "setup.exe" << "right" << "" << "";
-        QTest::newRow("digest differs") << "length" << "setup.exe" << "wrong" << ""
-                                        << "Failed to download: SHA-256 checksum mismatch: setup.exe (expected ";
+        QTest::newRow("digest differs") << "length" << "setup.exe" << "wrong" << "" << "Failed to download: SHA-256 checksum mismatch: setup.exe (expected ";
         QTest::newRow("digest of another file") << "length" << "other.exe" << "" << "" << "";
-        QTest::newRow("parent folder") << "length" << "../outside.exe" << "" << ""
-                                       << "Failed to download: File name is not allowed: ../outside.exe";
-        QTest::newRow("sub-folder") << "length" << "sub/setup.exe" << "" << ""
-                                    << "Failed to download: File name is not allowed: sub/setup.exe";
+        QTest::newRow("parent folder") << "length" << "../outside.exe" << "" << "" << "Failed to download: File name is not allowed: ../outside.exe";
+        QTest::newRow("sub-folder") << "length" << "sub/setup.exe" << "" << "" << "Failed to download: File name is not allowed: sub/setup.exe";
         QTest::newRow("dot dot") << "length" << ".." << "" << "" << "Failed to download: File name is not allowed: ..";
-        QTest::newRow("Downloads is a file") << "length" << "setup.exe" << "" << "file"
-                                             << "Failed to download: Failed to open new file: ";
-        QTest::newRow("read-only Downloads") << "length" << "setup.exe" << "" << "read-only"
-                                             << "Failed to download: Failed to remove file: ";
+        QTest::newRow("Downloads is a file") << "length" << "setup.exe" << "" << "file" << "Failed to download: Failed to open new file: ";
+        QTest::newRow("read-only Downloads") << "length" << "setup.exe" << "" << "read-only" << "Failed to download: Failed to remove file: ";
         // clang-format on
     }
 
@@ -112,10 +208,14 @@ private slots:
             { "404", HttpFixture::status(404, "Not Found", body) }, { "cut", HttpFixture::cut(body) } };
         const QString url = serve(answers.value(answer));
         const QByteArray digest = QCryptographicHash::hash(body, QCryptographicHash::Sha256).toHex();
-        publishCatalogue(fileName == "other.exe" ? "setup.exe" : fileName,
-            sha256 == "right"       ? digest
-                : sha256 == "wrong" ? QByteArray(64, 'a')
-                                    : QByteArray());
+        const QByteArray published = sha256 == "right" ? digest
+            : sha256 == "wrong"                        ? QByteArray(64, 'a')
+                                                       : QByteArray();
+        QVERIFY(
+            m_updater->setUpdateInfo(CatalogueBuilder()
+                                         .entries({ "launcher 1.1.0.0" })
+                                         .installer(fileName == "other.exe" ? "setup.exe" : fileName, "/x", published)
+                                         .bytes()));
 
         // The old file stands where the name leads, inside "Downloads" or not.
         const QString target = QDir::cleanPath(downloads() + '/' + fileName);
@@ -127,8 +227,6 @@ private slots:
             QVERIFY(QDir(downloads()).removeRecursively() && TestFiles::write(downloads(), "not a folder"));
         } else if (setup == "read-only") {
             QVERIFY(QFile::setPermissions(downloads(), QFileDevice::ReadOwner | QFileDevice::ExeOwner));
-            if (::geteuid() == 0)
-                QSKIP("permissions do not stop the superuser");
         }
 
         QSignalSpy finished(m_updater.data(), SIGNAL(signalDownloadFinished(QString, bool)));
@@ -156,37 +254,17 @@ private slots:
         else
             QCOMPARE(QFileInfo(target).isFile(), ok);
 
-        // The total of a reply without a length reaches the listeners as it is.
-        bool unknownTotal = false;
+        // The total of a reply without a length reaches the listeners as it is, and
+        // the body is drained in chunks of 102400 bytes with a progress signal per chunk.
+        QSet<qint64> unknownTotal, steps;
         for (const QList<QVariant> &step : qAsConst(progress))
-            unknownTotal = unknownTotal || step.at(1).toLongLong() == -1;
-        QCOMPARE(unknownTotal, answer == "no length");
+            (step.at(1).toLongLong() == -1 ? unknownTotal : steps).insert(step.at(0).toLongLong());
+        QCOMPARE(unknownTotal.isEmpty(), answer != "no length");
+        for (qint64 chunk = 102400; ok && chunk < body.size(); chunk += 102400)
+            QVERIFY2(steps.contains(chunk), qPrintable(QString::number(chunk)));
         if (ok)
             QCOMPARE(progress.last(), (QList<QVariant> { qint64(body.size()), qint64(body.size()) }));
         QCOMPARE(m_server.requestCount("/elsewhere"), 0);
-    }
-
-    // A large body through a plain file store arrives byte for byte, drained
-    // in chunks of 102400 bytes with a progress signal per chunk.
-    void largeBody()
-    {
-        QTemporaryDir store;
-        const QByteArray body = pattern(50 * 1024 * 1024 + 12345);
-        QVERIFY(TestFiles::write(store.filePath("big.bin"), body));
-        FileStoreServer server(store.path());
-        QVERIFY2(server.start(), qPrintable(server.output()));
-        QSignalSpy finished(m_updater.data(), SIGNAL(signalDownloadFinished(QString, bool)));
-        QSignalSpy progress(m_updater.data(), SIGNAL(signalUpdateProgress(qint64, qint64)));
-        QVERIFY(m_updater->startDownload(server.url("/big.bin?t=pe1"), "big.bin"));
-        QVERIFY(finished.wait(120000));
-        QVERIFY2(finished.first().at(1).toBool(), qPrintable(finished.first().at(0).toString()));
-        QVERIFY(TestFiles::read(downloads() + "/big.bin") == body);
-
-        QSet<qint64> drained;
-        for (const QList<QVariant> &step : qAsConst(progress))
-            drained.insert(step.at(0).toLongLong());
-        for (qint64 chunk = 102400; chunk < body.size(); chunk += 102400)
-            QVERIFY2(drained.contains(chunk), qPrintable(QString::number(chunk)));
     }
 
     void cancel_data()
@@ -298,5 +376,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDownload)
-#include "tst_download.moc"
+QTEST_GUILESS_MAIN(TestUpdater)
+#include "tst_updater.moc"
