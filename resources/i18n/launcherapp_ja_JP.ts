@@ -566,4 +566,17 @@ Please install the editor of the displayed version again.</source>
         <translation>Webブラウザーウィジェット</translation>
     </message>
 </context>
+<context>
+    <name>main</name>
+    <message>
+        <source>Error</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>The launcher&apos;s window cannot be shown:
+%1</source>
+        <translation>ランチャーのウィンドウを表示できません:
+%1</translation>
+    </message>
+</context>
 </TS>

@@ -1,10 +1,63 @@
-#include "homeform.h"
-#include "launcherupdatewidget.h"
 #include "processlauncher.h"
 
 #include <QLockFile>
 #include <QMessageBox>
 #include <QTranslator>
+
+#ifdef ZANMIR_WINDOW_MODULE
+#include <QLibrary>
+#else
+#include "windowentry.h"
+#endif
+
+namespace {
+
+using WindowEntry = int (*)(ProcessLauncher *);
+
+// The windows and WebKit behind them are loaded only when a window is shown:
+// an open-with start, the launcher's daily use, stays as light as it can be.
+class Windows
+{
+public:
+    explicit Windows(ProcessLauncher &launcher)
+        : m_launcher(launcher)
+    { }
+
+    int run(const char *entryName)
+    {
+#ifdef ZANMIR_WINDOW_MODULE
+        // Beside the executable in the build tree, below lib/ once installed.
+        const QString folder = QCoreApplication::applicationDirPath();
+        for (const QString &path : { folder + QStringLiteral("/" ZANMIR_WINDOW_MODULE),
+                 folder + QStringLiteral("/../lib/zanmir-launcher/" ZANMIR_WINDOW_MODULE) }) {
+            m_module.setFileName(path);
+            if (m_module.load())
+                break;
+        }
+        const auto entry = reinterpret_cast<WindowEntry>(m_module.resolve(entryName));
+        if (!entry) {
+            m_launcher.writeLog(QStringLiteral("main: cannot load the windows: %1").arg(m_module.errorString()));
+            QMessageBox::critical(nullptr, QCoreApplication::translate("main", "Error"),
+                QCoreApplication::translate("main", "The launcher's window cannot be shown:\n%1")
+                    .arg(m_module.errorString()),
+                QMessageBox::Ok, QMessageBox::NoButton);
+            return 1;
+        }
+#else
+        const WindowEntry entry
+            = qstrcmp(entryName, "zanmirRunMainWindow") == 0 ? zanmirRunMainWindow : zanmirRunLauncherUpdate;
+#endif
+        return entry(&m_launcher);
+    }
+
+private:
+    ProcessLauncher &m_launcher;
+#ifdef ZANMIR_WINDOW_MODULE
+    QLibrary m_module;
+#endif
+};
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -13,6 +66,7 @@ int main(int argc, char *argv[])
     int result = 0;
     {
         ProcessLauncher launcher(argc, argv);
+        Windows windows(launcher);
 
         if (!launcher.initialize(translator)) {
             // Deliberately untranslated: it may come before any catalogue is loaded.
@@ -22,10 +76,7 @@ int main(int argc, char *argv[])
         } else if (launcher.hasLauncherUpdate()) {
             // It stands in for the main window and ends the process itself; a
             // project on the command line is not opened, and no lock is taken.
-            LauncherUpdateWidget window;
-            window.setProcessLauncher(&launcher);
-            window.show();
-            result = launcher.exec();
+            result = windows.run("zanmirRunLauncherUpdate");
         } else if (launcher.detectWhetherOpenWithFiles()) {
             result = launcher.getExitStatus();
         } else {
@@ -35,10 +86,7 @@ int main(int argc, char *argv[])
             } else {
                 // The lock is held from before the window is made until
                 // after it is gone.
-                HomeForm form;
-                form.setProcessLauncher(&launcher);
-                form.show();
-                result = launcher.exec();
+                result = windows.run("zanmirRunMainWindow");
             }
         }
     }

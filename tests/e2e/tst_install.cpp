@@ -52,14 +52,22 @@ private slots:
         installed.replaceInStrings(m_prefix.path() + '/', QString());
         installed.sort();
         QCOMPARE(installed,
-            (QStringList { "bin/ZanmirLauncher", "share/applications/zanmir-launcher.desktop",
-                "share/icons/hicolor/256x256/apps/zanmir-launcher.png", "share/mime/packages/zanmir-launcher.xml" }));
+            (QStringList { "bin/ZanmirLauncher", "lib/zanmir-launcher/zanmir-launcher-ui.so",
+                "share/applications/zanmir-launcher.desktop", "share/icons/hicolor/256x256/apps/zanmir-launcher.png",
+                "share/mime/packages/zanmir-launcher.xml" }));
         QVERIFY(QFileInfo(m_prefix.path() + "/bin/ZanmirLauncher").isExecutable());
         QCOMPARE(QImage(share("icons/hicolor/256x256/apps/zanmir-launcher.png")).size(), QSize(256, 256));
         int status = -1;
         const QString said
             = runTool("desktop-file-validate", { share("applications/zanmir-launcher.desktop") }, &status);
         QVERIFY2(status == 0 && said.isEmpty(), qPrintable(said));
+
+        // The installed launcher finds its windows below the prefix.
+        m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", "window Zanmir Launcher;close");
+        LauncherRun *window = m_harness->startProgram(m_prefix.path() + "/bin/ZanmirLauncher", {});
+        QVERIFY2(window->waitForFinished(30000) && window->exitedWith(0), qPrintable(window->describe()));
+        QVERIFY(window->failedSteps().isEmpty() && window->doneSteps().contains("window Zanmir Launcher"));
+        m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", QString());
     }
 
     void projectTypes_data()
