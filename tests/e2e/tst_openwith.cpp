@@ -122,7 +122,6 @@ private slots:
         // clang-format off
         QTest::newRow("unreadable catalogue") << catalogue << "unreadable";
         QTest::newRow("unreadable index") << index << "unreadable";
-        QTest::newRow("garbage index") << index << "garbage";
         QTest::newRow("left-over of a write") << "Vorlix/ZanmirLauncher/ZanmirManager.json.qWeRty" << "left over";
         // clang-format on
     }
