@@ -1,6 +1,5 @@
 #include "applinfo.h"
 #include "homeform.h"
-#include "httpfixture.h"
 #include "launchertestmain.h"
 #include "menubuttonwidget.h"
 #include "modalanswer.h"
@@ -15,22 +14,18 @@
 #include <QLabel>
 #include <QSignalSpy>
 #include <QToolButton>
-#include <QTranslator>
 
 // The main window on a real launcher: which page a menu key shows, when the
 // catalogue is read again, the badges of the menu strip, and the preferences.
-class TestMainWindow : public LauncherTestCase
+class TestMainWindow : public ServedLauncherTestCase
 {
     Q_OBJECT
 
 public:
-    using LauncherTestCase::LauncherTestCase;
+    using ServedLauncherTestCase::ServedLauncherTestCase;
 
 private:
-    HttpFixture m_server;
-    QTranslator m_translator;
     QScopedPointer<HomeForm> m_form;
-    const QString m_cataloguePath = QStringLiteral("/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1");
 
     QStringList visiblePages() const
     {
@@ -58,14 +53,9 @@ private:
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_server.listen());
-        qputenv("ZANMIR_SERVER_BASE", m_server.url(QString()).toUtf8());
-        m_profile->registerVersion("L0", "launcher", "release", "1.3.0.2");
-        m_server.setAnswer(
-            m_cataloguePath, HttpFixture::ok(R"({"1.0.0": {"app_versions": {"updates": []}, "web_versions": [
-                {"type": "newsweb", "version": "2.0.0.0", "url": "/news.htm"},
-                {"type": "howtoweb", "version": "3.0.0.0", "url": "/help.htm"}]}})"));
-        QVERIFY(m_launcher->initialize(m_translator));
+        serve(R"({"1.0.0": {"app_versions": {"updates": []}, "web_versions": [{"type": "newsweb", "version": "2.0.0.0",
+            "url": "/news.htm"}, {"type": "howtoweb", "version": "3.0.0.0", "url": "/help.htm"}]}})");
+        QVERIFY(startLauncher("1.3.0.2"));
         m_form.reset(new HomeForm);
         m_form->setProcessLauncher(m_launcher);
         m_form->show();
