@@ -39,16 +39,6 @@ private:
     }
     int catalogueReads() const { return m_server.requestCount(m_cataloguePath); }
     template<class T> static T *child(QDialog &dialog, const char *name) { return dialog.findChild<T *>(name); }
-    // Closes the modal dialog that is open at the next turn of the event loop.
-    static void closeDialogSoon(const std::function<void()> &whileOpen = {})
-    {
-        QTimer::singleShot(0, [whileOpen]() {
-            QVERIFY(QTest::qWaitFor([]() { return QApplication::activeModalWidget() != nullptr; }));
-            if (whileOpen)
-                whileOpen();
-            qobject_cast<QDialog *>(QApplication::activeModalWidget())->reject();
-        });
-    }
 
 private slots:
     void initTestCase()
@@ -97,9 +87,9 @@ private slots:
         QFETCH(QString, page);
         m_form->buttonClicked("License");
         const int reads = catalogueReads();
-        if (key == "Pref")
-            closeDialogSoon();
+        ModalAnswer closes; // the preferences
         m_form->buttonClicked(key);
+        QCOMPARE(closes.count(), int(key == "Pref"));
         const QString expected = page == "=" ? QString("widgetLicense") : page;
         QCOMPARE(visiblePages(), expected.isEmpty() ? QStringList() : QStringList { expected });
         // Pref and Refresh read the catalogue again; the pages do not.
@@ -129,11 +119,12 @@ private slots:
         QTest::qWait(5);
         QVERIFY(notifier->isDue());
         QSignalSpy refreshed(m_launcher->getScreenInfo(), SIGNAL(signalRefreshButtonClicked()));
-        closeDialogSoon([this, &refreshed]() {
+        ModalAnswer closes(QMessageBox::Ok, [this, &refreshed](QWidget *) {
             m_form->fireUpdate();
             QCOMPARE(refreshed.count(), 0);
         });
         m_form->buttonClicked("Pref");
+        QCOMPARE(closes.count(), 1);
         QCOMPARE(refreshed.count(), 1); // the refresh that follows the dialog
         // Resumed with its old target, so due at once; then restarted. With a
         // span of zero a restart is due again within the millisecond, so the
