@@ -108,9 +108,7 @@ private slots:
         QVERIFY(SampleProject::writeProject(project, "2.0.3.0"));
 
         m_harness->setEnvironmentValue("PATH", m_prefix.path() + "/bin:" + qEnvironmentVariable("PATH"));
-        // A shell script: it must not get the dialog watchdog preloaded.
-        m_harness->setEnvironmentValue("LD_PRELOAD", QString());
-        LauncherRun *run = m_harness->startProgram("xdg-open", { project });
+        LauncherRun *run = m_harness->startProgram("xdg-open", { project }, false);
         QVERIFY2(
             run->waitForFinished(LauncherHarness::kDefaultTimeout) && run->exitedWith(0), qPrintable(run->describe()));
         QVERIFY(m_harness->waitForEditorStarts(1));

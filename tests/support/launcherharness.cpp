@@ -2,6 +2,7 @@
 
 #include "testfiles.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -125,11 +126,42 @@ bool LauncherHarness::registerVersions(const QStringList &versions, const QStrin
     return script.waitForFinished(30000) && script.exitStatus() == QProcess::NormalExit && script.exitCode() == 0;
 }
 
-LauncherRun *LauncherHarness::startProgram(const QString &program, const QStringList &arguments)
+bool LauncherHarness::serveStore()
+{
+    m_store.reset(new FileStoreServer(storePath(QString())));
+    if (!QDir().mkpath(storePath(QString())) || !m_store->start()) {
+        qInfo("%s", qPrintable(m_store->output()));
+        return false;
+    }
+    m_serverBase = m_store->url(QString());
+    setEnvironmentValue(QStringLiteral("ZANMIR_SAMPLE_INSTALLER_LOG"), installerLog());
+    setEnvironmentValue(QStringLiteral("ZANMIR_TEST_DIALOG_BUTTON"), QStringLiteral("Yes"));
+    return true;
+}
+
+QByteArray LauncherHarness::publishInstaller(const QString &url) const
+{
+    const QByteArray installer = TestFiles::read(QStringLiteral(ZANMIR_SAMPLE_INSTALLER));
+    if (installer.isEmpty() || !QDir().mkpath(QFileInfo(storePath(url)).path())
+        || !TestFiles::write(storePath(url), installer))
+        return QByteArray();
+    return QCryptographicHash::hash(installer, QCryptographicHash::Sha256).toHex();
+}
+
+bool LauncherHarness::publishCatalogue(const QByteArray &catalogue) const
+{
+    const QString path = storePath(QStringLiteral("/Zanmir/Launcher/UpdateInfo/updateinfo.json"));
+    return QDir().mkpath(QFileInfo(path).path()) && TestFiles::write(path, catalogue);
+}
+
+LauncherRun *LauncherHarness::startProgram(const QString &program, const QStringList &arguments, bool watchdog)
 {
     const QString dialogLog = m_profile.root() + QStringLiteral("/dialogs-%1.jsonl").arg(m_runs.size() + 1);
     LauncherRun *run = &m_runs.emplace_back(dialogLog);
-    run->m_process.setProcessEnvironment(environment(dialogLog));
+    QProcessEnvironment environment = this->environment(dialogLog);
+    if (!watchdog)
+        environment.remove(QStringLiteral("LD_PRELOAD"));
+    run->m_process.setProcessEnvironment(environment);
     run->m_process.setWorkingDirectory(m_profile.root() + QStringLiteral("/home"));
     run->m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     run->m_process.start(program, arguments);

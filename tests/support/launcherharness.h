@@ -1,6 +1,7 @@
 #ifndef LAUNCHERHARNESS_H
 #define LAUNCHERHARNESS_H
 
+#include "httpfixture.h"
 #include "testprofile.h"
 
 #include <QHash>
@@ -8,6 +9,7 @@
 #include <QStringList>
 
 #include <list>
+#include <memory>
 
 // A message box or other modal dialog, as the preloaded watchdog recorded it before closing it.
 struct DialogRecord
@@ -74,14 +76,23 @@ public:
     // For the launchers started from now on; an empty value removes the variable.
     void setEnvironmentValue(const QString &name, const QString &value) { m_environment.insert(name, value); }
 
+    // Serves the store folder as the update server, the sample installers logging into
+    // installerLog() and the watchdog answering Yes to each question.
+    bool serveStore();
+    QString installerLog() const { return m_profile.root() + QStringLiteral("/installer.log"); }
+    // Puts the sample installer at that address of the store; gives its digest, empty on failure.
+    QByteArray publishInstaller(const QString &url) const;
+    bool publishCatalogue(const QByteArray &catalogue) const;
+
     // Registers editor versions ("2.1.0.5", "2.2.0.1:inhouse") and the launcher in the
     // uninstall records, anew, each editor a link to the sample editor.
     bool registerVersions(const QStringList &versions, const QString &launcherVersion = QStringLiteral("1.0.0.0"));
 
     // Starts a launcher and returns at once; several may run at once.
     LauncherRun *start(const QStringList &arguments) { return startProgram(ZANMIR_LAUNCHER_BINARY, arguments); }
-    // Starts another program in the launcher's environment, such as the desktop's opener.
-    LauncherRun *startProgram(const QString &program, const QStringList &arguments);
+    // Starts another program in the launcher's environment, such as the desktop's opener;
+    // a script must not get the watchdog preloaded.
+    LauncherRun *startProgram(const QString &program, const QStringList &arguments, bool watchdog = true);
     // Starts a launcher and waits for it to end.
     LauncherRun *run(const QStringList &arguments, int msecs = kDefaultTimeout);
 
@@ -96,8 +107,11 @@ private:
     QProcessEnvironment environment(const QString &dialogLog) const;
 
     TestProfile m_profile;
+    QString storePath(const QString &url) const { return m_profile.root() + QStringLiteral("/store") + url; }
+
     QString m_serverBase;
     QHash<QString, QString> m_environment;
+    std::unique_ptr<FileStoreServer> m_store;
     // After the profile, so that the runs end before its folder goes.
     std::list<LauncherRun> m_runs;
 };

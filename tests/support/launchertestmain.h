@@ -1,10 +1,12 @@
 #ifndef LAUNCHERTESTMAIN_H
 #define LAUNCHERTESTMAIN_H
 
+#include "httpfixture.h"
 #include "processlauncher.h"
 #include "testlog.h"
 #include "testprofile.h"
 
+#include <QTranslator>
 #include <QtTest>
 
 // A test run on the launcher itself as the application object, with the
@@ -22,6 +24,30 @@ protected:
     TestProfile *const m_profile;
     ProcessLauncher *const m_launcher;
     TestLog m_log;
+};
+
+// A launcher test against a scripted update server on loopback.
+class ServedLauncherTestCase : public LauncherTestCase
+{
+public:
+    using LauncherTestCase::LauncherTestCase;
+
+protected:
+    // Registers the launcher of that version and initializes it against the server.
+    bool startLauncher(const QString &version = QStringLiteral("1.0.0.0"))
+    {
+        if (!m_server.listen())
+            return false;
+        qputenv("ZANMIR_SERVER_BASE", m_server.url(QString()).toUtf8());
+        m_profile->registerVersion(
+            QStringLiteral("L0"), QStringLiteral("launcher"), QStringLiteral("release"), version);
+        return m_launcher->initialize(m_translator);
+    }
+    void serve(const QByteArray &catalogue) { m_server.setAnswer(m_cataloguePath, HttpFixture::ok(catalogue)); }
+
+    const QString m_cataloguePath = QStringLiteral("/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1");
+    HttpFixture m_server;
+    QTranslator m_translator;
 };
 
 // The profile is made first, so that the launcher's log and state files land

@@ -1,6 +1,5 @@
 #include "applinfo.h"
 #include "homeform.h"
-#include "httpfixture.h"
 #include "launchertestmain.h"
 #include "menubuttonwidget.h"
 #include "modalanswer.h"
@@ -15,22 +14,18 @@
 #include <QLabel>
 #include <QSignalSpy>
 #include <QToolButton>
-#include <QTranslator>
 
 // The main window on a real launcher: which page a menu key shows, when the
 // catalogue is read again, the badges of the menu strip, and the preferences.
-class TestMainWindow : public LauncherTestCase
+class TestMainWindow : public ServedLauncherTestCase
 {
     Q_OBJECT
 
 public:
-    using LauncherTestCase::LauncherTestCase;
+    using ServedLauncherTestCase::ServedLauncherTestCase;
 
 private:
-    HttpFixture m_server;
-    QTranslator m_translator;
     QScopedPointer<HomeForm> m_form;
-    const QString m_cataloguePath = QStringLiteral("/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1");
 
     QStringList visiblePages() const
     {
@@ -44,28 +39,13 @@ private:
     }
     int catalogueReads() const { return m_server.requestCount(m_cataloguePath); }
     template<class T> static T *child(QDialog &dialog, const char *name) { return dialog.findChild<T *>(name); }
-    // Closes the modal dialog that is open at the next turn of the event loop.
-    static void closeDialogSoon(const std::function<void()> &whileOpen = {})
-    {
-        QTimer::singleShot(0, [whileOpen]() {
-            QVERIFY(QTest::qWaitFor([]() { return QApplication::activeModalWidget() != nullptr; }));
-            if (whileOpen)
-                whileOpen();
-            qobject_cast<QDialog *>(QApplication::activeModalWidget())->reject();
-        });
-    }
 
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_server.listen());
-        qputenv("ZANMIR_SERVER_BASE", m_server.url(QString()).toUtf8());
-        m_profile->registerVersion("L0", "launcher", "release", "1.3.0.2");
-        m_server.setAnswer(
-            m_cataloguePath, HttpFixture::ok(R"({"1.0.0": {"app_versions": {"updates": []}, "web_versions": [
-                {"type": "newsweb", "version": "2.0.0.0", "url": "/news.htm"},
-                {"type": "howtoweb", "version": "3.0.0.0", "url": "/help.htm"}]}})"));
-        QVERIFY(m_launcher->initialize(m_translator));
+        serve(R"({"1.0.0": {"app_versions": {"updates": []}, "web_versions": [{"type": "newsweb", "version": "2.0.0.0",
+            "url": "/news.htm"}, {"type": "howtoweb", "version": "3.0.0.0", "url": "/help.htm"}]}})");
+        QVERIFY(startLauncher("1.3.0.2"));
         m_form.reset(new HomeForm);
         m_form->setProcessLauncher(m_launcher);
         m_form->show();
@@ -107,9 +87,9 @@ private slots:
         QFETCH(QString, page);
         m_form->buttonClicked("License");
         const int reads = catalogueReads();
-        if (key == "Pref")
-            closeDialogSoon();
+        ModalAnswer closes; // the preferences
         m_form->buttonClicked(key);
+        QCOMPARE(closes.count(), int(key == "Pref"));
         const QString expected = page == "=" ? QString("widgetLicense") : page;
         QCOMPARE(visiblePages(), expected.isEmpty() ? QStringList() : QStringList { expected });
         // Pref and Refresh read the catalogue again; the pages do not.
@@ -139,11 +119,12 @@ private slots:
         QTest::qWait(5);
         QVERIFY(notifier->isDue());
         QSignalSpy refreshed(m_launcher->getScreenInfo(), SIGNAL(signalRefreshButtonClicked()));
-        closeDialogSoon([this, &refreshed]() {
+        ModalAnswer closes(QMessageBox::Ok, [this, &refreshed](QWidget *) {
             m_form->fireUpdate();
             QCOMPARE(refreshed.count(), 0);
         });
         m_form->buttonClicked("Pref");
+        QCOMPARE(closes.count(), 1);
         QCOMPARE(refreshed.count(), 1); // the refresh that follows the dialog
         // Resumed with its old target, so due at once; then restarted. With a
         // span of zero a restart is due again within the millisecond, so the

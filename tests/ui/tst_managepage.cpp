@@ -1,6 +1,5 @@
 #include "applinfo.h"
 #include "cataloguebuilder.h"
-#include "httpfixture.h"
 #include "installededitorwidget.h"
 #include "launchertestmain.h"
 #include "modalanswer.h"
@@ -15,21 +14,18 @@
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QToolButton>
-#include <QTranslator>
 
 // The editor management page on a real launcher: a row per installed
 // version with its star, default radio button, update mark and menu, the
 // notice band above them, and the install control.
-class TestManagePage : public LauncherTestCase
+class TestManagePage : public ServedLauncherTestCase
 {
     Q_OBJECT
 
 public:
-    using LauncherTestCase::LauncherTestCase;
+    using ServedLauncherTestCase::ServedLauncherTestCase;
 
 private:
-    HttpFixture m_server;
-    QTranslator m_translator;
     QScopedPointer<InstalledEditorWidget> m_page;
 
     template<class T = QWidget> static T *child(const QWidget *parent, const char *name)
@@ -61,8 +57,7 @@ private:
         m_profile->registerVersion("L0", "launcher", "release", "1.0.0.0");
         for (const QString &version : installed)
             m_profile->registerVersion("E" + version, "editor", "release", version);
-        m_server.setAnswer("/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1",
-            HttpFixture::ok(CatalogueBuilder().entries(offered).bytes()));
+        serve(CatalogueBuilder().entries(offered).bytes());
         m_page.reset(new InstalledEditorWidget);
         if (!m_launcher->saveLauncherState() || !m_launcher->prepareApplUpdater())
             return false;
@@ -96,13 +91,7 @@ private:
     }
 
 private slots:
-    void initTestCase()
-    {
-        QVERIFY(m_server.listen());
-        qputenv("ZANMIR_SERVER_BASE", m_server.url(QString()).toUtf8());
-        m_profile->registerVersion("L0", "launcher", "release", "1.0.0.0");
-        QVERIFY(m_launcher->initialize(m_translator));
-    }
+    void initTestCase() { QVERIFY(startLauncher()); }
 
     void pageState_data()
     {

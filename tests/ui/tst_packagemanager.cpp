@@ -2,7 +2,6 @@
 #include "applupdater.h"
 #include "cataloguebuilder.h"
 #include "downloaddialog.h"
-#include "httpfixture.h"
 #include "launchertestmain.h"
 #include "networkaccesshelper.h"
 #include "packagemanager.h"
@@ -13,21 +12,18 @@
 #include <QMessageBox>
 #include <QSignalSpy>
 #include <QToolButton>
-#include <QTranslator>
 
 // The install, update and uninstall conversations on a real launcher, with
 // installers from a local server and an uninstaller written by the test.
 // The test plays the user and answers each box and history dialog in turn.
-class TestPackageManager : public LauncherTestCase
+class TestPackageManager : public ServedLauncherTestCase
 {
     Q_OBJECT
 
 public:
-    using LauncherTestCase::LauncherTestCase;
+    using ServedLauncherTestCase::ServedLauncherTestCase;
 
 private:
-    HttpFixture m_server;
-    QTranslator m_translator;
     QWidget m_parent;
     QTimer m_user;
     QPointer<QWidget> m_answered;
@@ -41,8 +37,7 @@ private:
 
     void offer(const QStringList &entries)
     {
-        m_server.setAnswer("/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1",
-            HttpFixture::ok(CatalogueBuilder().entries(entries).bytes()));
+        serve(CatalogueBuilder().entries(entries).bytes());
         QVERIFY(m_launcher->prepareApplUpdater());
     }
     // Qt refuses a name with a blank before any query, so "down" sends
@@ -102,11 +97,8 @@ public slots:
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_server.listen());
-        qputenv("ZANMIR_SERVER_BASE", m_server.url(QString()).toUtf8());
-        m_profile->registerVersion("L0", "launcher", "release", "1.0.0.0");
         m_profile->registerVersion("E", "editor", "release", "2.1.0.5");
-        QVERIFY(m_launcher->initialize(m_translator));
+        QVERIFY(startLauncher());
         QVERIFY(TestFiles::write(uninstaller(), script("uninstaller").toUtf8()));
         QVERIFY(QFile::setPermissions(uninstaller(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         connect(&m_user, SIGNAL(timeout()), this, SLOT(act()));
@@ -142,7 +134,6 @@ private slots:
         QTest::newRow("install, network down") << "install" << "network down" << QStringList { "Ok" } << QStringList { "error: Network is not available.\nCannot install.\n\nCheck network settings." } << "" << false << false << QStringList { "PackageManager::installEditor: network is not available." };
         QTest::newRow("install, No in the history") << "install" << "" << QStringList { "No" } << QStringList { "Install editor (2.1.0.9)" } << "" << false << false << QStringList();
         QTest::newRow("install, No at the end") << "install" << "" << QStringList { "Yes", "No" } << QStringList { "Install editor (2.1.0.9)", "Confirm: Are you finished to install NEW ?" } << "installer" << false << true << QStringList();
-        QTest::newRow("install, download fails") << "install" << "404" << QStringList { "Yes", "Ok" } << QStringList { "Install editor (2.1.0.9)", "Error: HTTP access failed: " } << "" << false << true << QStringList();
         QTest::newRow("install, installer does not start") << "install" << "not a program" << QStringList { "Yes", "Ok" } << QStringList { "Install editor (2.1.0.9)", "Error: ApplUpdater::openExecutableFile: failed ShellExecuteEx " } << "" << false << true << QStringList();
         QTest::newRow("update") << "update" << "" << QStringList { "Yes", "Yes" } << installed.split('|') << "installer uninstaller" << true << true << QStringList { "PackageManager::updateEditor: OLD uninstaller_path: %u" };
         QTest::newRow("update, network down") << "update" << "network down" << QStringList { "Ok" } << QStringList { "error: Network is not available.\nCannot update.\n\nCheck network settings." } << "" << false << false << QStringList { "PackageManager::updateEditor: network is not available." };
@@ -175,9 +166,8 @@ private slots:
         setNetwork(setup != "network down");
         if (setup == "newest")
             offer({ "editor 2.2.0.1" }); // a higher series is no update
-        m_server.setAnswer(m_installer,
-            setup == "404" ? HttpFixture::status(404, "Not Found", "gone")
-                           : HttpFixture::ok(setup == "not a program" ? "plain text" : script("installer").toUtf8()));
+        m_server.setAnswer(
+            m_installer, HttpFixture::ok(setup == "not a program" ? "plain text" : script("installer").toUtf8()));
         const int before = m_server.requestCount(m_installer);
         QSignalSpy confirmations(m_launcher->getScreenInfo(), SIGNAL(signalInstallationConfirmed()));
 

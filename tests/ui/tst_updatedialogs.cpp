@@ -1,7 +1,6 @@
 #include "applupdater.h"
 #include "cataloguebuilder.h"
 #include "downloaddialog.h"
-#include "httpfixture.h"
 #include "launchertestmain.h"
 #include "launcherupdatewidget.h"
 #include "testfiles.h"
@@ -11,26 +10,22 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QToolButton>
-#include <QTranslator>
 
 // The download dialog, the editor's update history dialog and the
 // launcher's update window on a real launcher, against a local server. The
 // test plays the user from the event loop of each modal window.
-class TestUpdateDialogs : public LauncherTestCase
+class TestUpdateDialogs : public ServedLauncherTestCase
 {
     Q_OBJECT
 
 public:
-    using LauncherTestCase::LauncherTestCase;
+    using ServedLauncherTestCase::ServedLauncherTestCase;
 
 private:
-    HttpFixture m_server;
-    QTranslator m_translator;
     QTimer m_user;
     QList<std::function<bool()>> m_steps; // each returns false while it cannot act yet
     QStringList m_boxes; // "title: text" of each message box answered
 
-    const QString m_cataloguePath = QStringLiteral("/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1");
     const QString m_installer = QStringLiteral("ZanmirLauncherSetup_1.1.0.0.exe");
     QString marker() const { return m_profile->root() + "/home/installer-ran"; }
     QString installerScript() const { return "#!/bin/sh\necho ran > \"" + marker() + "\"\n"; }
@@ -39,11 +34,8 @@ private:
     // Offers a launcher of that version, its installer checked by that digest if any.
     void offerLauncher(const QString &version, const QByteArray &sha256 = QByteArray())
     {
-        m_server.setAnswer(m_cataloguePath,
-            HttpFixture::ok(CatalogueBuilder()
-                                .entries({ "launcher " + version })
-                                .installer(m_installer, "/installer", sha256)
-                                .bytes()));
+        serve(
+            CatalogueBuilder().entries({ "launcher " + version }).installer(m_installer, "/installer", sha256).bytes());
         if (m_launcher->getApplUpdater())
             QVERIFY(m_launcher->prepareApplUpdater());
     }
@@ -101,11 +93,8 @@ public slots:
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_server.listen());
-        qputenv("ZANMIR_SERVER_BASE", m_server.url(QString()).toUtf8());
-        m_profile->registerVersion("L0", "launcher", "release", "1.0.0.0");
         offerLauncher("1.1.0.0");
-        QVERIFY(m_launcher->initialize(m_translator));
+        QVERIFY(startLauncher());
         connect(&m_user, SIGNAL(timeout()), this, SLOT(act()));
         m_user.start(20);
     }

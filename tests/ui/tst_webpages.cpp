@@ -1,10 +1,8 @@
-#include "httpfixture.h"
 #include "launchertestmain.h"
 #include "webbrowserwidget.h"
 
 #include <QDesktopServices>
 #include <QSignalSpy>
-#include <QTranslator>
 #include <QWebElement>
 #include <QWebFrame>
 #include <QWebView>
@@ -12,19 +10,17 @@
 // The embedded pages against a real local server: each page that loads is
 // kept, a page that fails shows the kept copy, and a new-window request goes
 // to the system's browser with the link under the last press.
-class TestWebPages : public LauncherTestCase
+class TestWebPages : public ServedLauncherTestCase
 {
     Q_OBJECT
 
 public:
-    using LauncherTestCase::LauncherTestCase;
+    using ServedLauncherTestCase::ServedLauncherTestCase;
 
 public slots:
     void openedBySystem(const QUrl &url) { m_opened.append(url.toString()); }
 
 private:
-    HttpFixture m_server;
-    QTranslator m_translator;
     QStringList m_opened;
 
     // A widget showing the url, once its loads have settled (a failed load
@@ -47,9 +43,7 @@ private:
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_server.listen());
-        m_profile->registerVersion("L0", "launcher", "release", "1.0.0.0");
-        QVERIFY(m_launcher->initialize(m_translator));
+        QVERIFY(startLauncher());
         QDesktopServices::setUrlHandler("http", this, "openedBySystem");
         m_server.setAnswer("/news.htm",
             HttpFixture::ok("<html><body><p>Fresh news</p><a id='more' href='http://127.0.0.1:9/more.htm' "
