@@ -8,6 +8,7 @@
 #include "testlog.h"
 
 // The update catalogue from the server, the offline copy or nowhere, and what the launcher answers from it.
+// The launcher runs with "/test", so it asks the test variant of every server address.
 class TestUpdateState : public LauncherTestCase
 {
     Q_OBJECT
@@ -23,7 +24,7 @@ private:
     HttpFixture m_server;
     QTranslator m_translator;
     QStringList m_events;
-    const QString m_cataloguePath = QStringLiteral("/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1");
+    const QString m_cataloguePath = QStringLiteral("/Test/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1");
 
     // Nothing to serve: the server is down.
     void serve(const QByteArray &catalogue)
@@ -47,10 +48,16 @@ private slots:
         QVERIFY(m_launcher->initialize(m_translator));
         QVERIFY(!m_launcher->hasLauncherUpdate());
         QVERIFY(installable().isEmpty());
+        connect(m_launcher->getScreenInfo(), SIGNAL(signalRefreshButtonClicked()), SLOT(refreshed()));
+        connect(m_launcher->getScreenInfo(), SIGNAL(signalUptodateWebVersionNoticed(bool, bool)),
+            SLOT(noticed(bool, bool)));
     }
 
     void catalogueAnswers()
     {
+        // A catalogue without page stamps lights no badge.
+        serve(CatalogueBuilder().entries({ "launcher 1.0.0.0" }).bytes());
+        m_launcher->refreshUpdateState();
         serve(
             R"({"1.0.0": {"app_versions": {"updates": [{"appl_type": "editor", "appl_name": "release", "version": "2.1.0.7"},
             {"appl_type": "editor", "appl_name": "release", "version": "2.2.0.1"}, {"appl_type": "editor", "appl_name": "release",
@@ -63,15 +70,13 @@ private slots:
         QCOMPARE(installable(), (QStringList { "2.2.0.1", "2.1.0.5" }));
 
         // Web stamps: none stored counts as 0.0.0.0, and fewer numbers make an older stamp.
-        connect(m_launcher->getScreenInfo(), SIGNAL(signalRefreshButtonClicked()), SLOT(refreshed()));
-        connect(m_launcher->getScreenInfo(), SIGNAL(signalUptodateWebVersionNoticed(bool, bool)),
-            SLOT(noticed(bool, bool)));
         m_launcher->refreshUpdateState();
         m_launcher->saveWebVersion("newsweb");
         m_launcher->getApplInfo()->saveWebVersion("howtoweb", WebUpdateInfo("howtoweb", "1.0.0", "/old.htm"));
         m_launcher->refreshUpdateState();
-        QCOMPARE(m_events, (QStringList { "refresh", "news=1 howto=1", "refresh", "news=0 howto=1" }));
-        QCOMPARE(m_launcher->getWebUrl("newsweb"), m_server.url("/news.htm?t=pe1"));
+        QCOMPARE(m_events,
+            (QStringList { "refresh", "news=0 howto=0", "refresh", "news=1 howto=1", "refresh", "news=0 howto=1" }));
+        QCOMPARE(m_launcher->getWebUrl("newsweb"), m_server.url("/Test/news.htm?t=pe1"));
     }
 
     void unreadableReply_data()
@@ -121,5 +126,8 @@ private slots:
     }
 };
 
-ZANMIR_LAUNCHER_TEST_MAIN(TestUpdateState)
+int main(int argc, char *argv[])
+{
+    return runLauncherTest<TestUpdateState>(argc, argv, "/test");
+}
 #include "tst_updatestate.moc"
