@@ -28,7 +28,6 @@ private slots:
         QTest::newRow("--test") << QStringList { "--test" } << "off ";
         QTest::newRow("unknown option") << QStringList { "/x", "-y" } << "off ";
         QTest::newRow("last existing file wins") << QStringList { "first.zmr", "second.xml" } << "off @/second.xml";
-        QTest::newRow("missing second keeps the first") << QStringList { "first.zmr", "missing.zmr" } << "off @/first.zmr";
         QTest::newRow("a folder counts") << QStringList { "folder" } << "off @/folder";
         // Where full paths begin with "/", an existing file is no option.
         QTest::newRow("full path") << QStringList { "@/first.zmr", "/test" } << "on @/first.zmr";

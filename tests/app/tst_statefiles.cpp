@@ -55,7 +55,6 @@ private slots:
         const QByteArray serials125 = R"({"offlinefiles": [{"serial_no": 2, "url": "two"}, {"serial_no": 0, "url": ""},
             {"serial_no": 5, "url": "five"}, {"serial_no": 1, "url": "one"}]})";
         // clang-format off
-        QTest::newRow("first save") << QByteArray() << QStringList { kPage } << QStringList { "0 ", "1 " + kPage } << "00000001.html=page 1";
         QTest::newRow("same URL twice") << QByteArray() << QStringList { kPage, kPage } << QStringList { "0 ", "1 " + kPage } << "00000001.html=page 2";
         QTest::newRow("fragment") << QByteArray() << QStringList { "http://h/a#2.1", "http://h/a#2.2" } << QStringList { "1 http://h/a#2.1", "0 ", "2 http://h/a#2.2" } << "00000002.html=page 2";
         QTest::newRow("letter case") << QByteArray() << QStringList { "http://h/A", "http://h/a" } << QStringList { "1 http://h/A", "0 ", "2 http://h/a" } << "00000002.html=page 2";

@@ -8,6 +8,7 @@
 #include "testlog.h"
 
 // The update catalogue from the server, the offline copy or nowhere, and what the launcher answers from it.
+// The launcher runs with "/test", so it asks the test variant of every server address.
 class TestUpdateState : public LauncherTestCase
 {
     Q_OBJECT
@@ -23,9 +24,15 @@ private:
     HttpFixture m_server;
     QTranslator m_translator;
     QStringList m_events;
-    const QString m_cataloguePath = QStringLiteral("/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1");
+    const QString m_cataloguePath = QStringLiteral("/Test/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1");
 
-    void serve(const QByteArray &catalogue) { m_server.setAnswer(m_cataloguePath, HttpFixture::ok(catalogue)); }
+    // Nothing to serve: the server is down.
+    void serve(const QByteArray &catalogue)
+    {
+        m_server.setAnswer(m_cataloguePath,
+            catalogue.isEmpty() ? HttpFixture::status(503, "Service Unavailable", QByteArray())
+                                : HttpFixture::ok(catalogue));
+    }
     QStringList installable() const { return CatalogueBuilder::versions(m_launcher->getInstallableVersions()); }
 
 private slots:
@@ -37,41 +44,20 @@ private slots:
         qputenv("ZANMIR_SERVER_BASE", m_server.url(QString()).toUtf8());
         m_profile->registerVersion("L0", "launcher", "release", "1.0.0.0");
         m_profile->registerVersion("E0", "editor", "release", "2.1.0.7");
-        m_server.setAnswer(m_cataloguePath, HttpFixture::status(503, "Service Unavailable", QByteArray()));
+        serve(QByteArray());
         QVERIFY(m_launcher->initialize(m_translator));
         QVERIFY(!m_launcher->hasLauncherUpdate());
         QVERIFY(installable().isEmpty());
-    }
-
-    void catalogueSource_data()
-    {
-        QTest::addColumn<bool>("serverUp");
-        QTest::addColumn<QString>("logged");
-        QTest::newRow("server answers") << true << "ApplUpdateInfo is completely loaded from server";
-        QTest::newRow("server down, copy") << false << "Failed to load ApplUpdateInfo from server";
-    }
-
-    // A later fetch: the server's answer is kept as the offline copy, and a
-    // server that is down leaves that copy in use.
-    void catalogueSource()
-    {
-        QFETCH(bool, serverUp);
-        QFETCH(QString, logged);
-        const QByteArray text = CatalogueBuilder().entries({ "launcher 1.1.0.0" }).bytes();
-        if (serverUp)
-            serve(text);
-        else
-            m_server.setAnswer(m_cataloguePath, HttpFixture::status(503, "Service Unavailable", QByteArray()));
-        m_log.mark();
-        QVERIFY(m_launcher->prepareApplUpdater());
-        QVERIFY(m_log.newLines().contains(
-            QString("ProcessLauncher::prepareApplUpdater: %1: [%2]").arg(logged, m_server.url(m_cataloguePath))));
-        QVERIFY(m_launcher->hasLauncherUpdate());
-        QCOMPARE(TestFiles::read(m_profile->launcherFolder(false) + "/00000001.html"), text);
+        connect(m_launcher->getScreenInfo(), SIGNAL(signalRefreshButtonClicked()), SLOT(refreshed()));
+        connect(m_launcher->getScreenInfo(), SIGNAL(signalUptodateWebVersionNoticed(bool, bool)),
+            SLOT(noticed(bool, bool)));
     }
 
     void catalogueAnswers()
     {
+        // A catalogue without page stamps lights no badge.
+        serve(CatalogueBuilder().entries({ "launcher 1.0.0.0" }).bytes());
+        m_launcher->refreshUpdateState();
         serve(
             R"({"1.0.0": {"app_versions": {"updates": [{"appl_type": "editor", "appl_name": "release", "version": "2.1.0.7"},
             {"appl_type": "editor", "appl_name": "release", "version": "2.2.0.1"}, {"appl_type": "editor", "appl_name": "release",
@@ -84,17 +70,13 @@ private slots:
         QCOMPARE(installable(), (QStringList { "2.2.0.1", "2.1.0.5" }));
 
         // Web stamps: none stored counts as 0.0.0.0, and fewer numbers make an older stamp.
-        connect(m_launcher->getScreenInfo(), SIGNAL(signalRefreshButtonClicked()), SLOT(refreshed()));
-        connect(m_launcher->getScreenInfo(), SIGNAL(signalUptodateWebVersionNoticed(bool, bool)),
-            SLOT(noticed(bool, bool)));
         m_launcher->refreshUpdateState();
         m_launcher->saveWebVersion("newsweb");
         m_launcher->getApplInfo()->saveWebVersion("howtoweb", WebUpdateInfo("howtoweb", "1.0.0", "/old.htm"));
         m_launcher->refreshUpdateState();
-        QCOMPARE(m_events, (QStringList { "refresh", "news=1 howto=1", "refresh", "news=0 howto=1" }));
-        const QJsonObject state = TestFiles::readObject(m_profile->managerFile()).value("1.0.0").toObject();
-        QCOMPARE(state["web_versions"]["newsweb"]["version"].toString(), QString("1.0.0.0"));
-        QCOMPARE(m_launcher->getWebUrl("newsweb"), m_server.url("/news.htm?t=pe1"));
+        QCOMPARE(m_events,
+            (QStringList { "refresh", "news=0 howto=0", "refresh", "news=1 howto=1", "refresh", "news=0 howto=1" }));
+        QCOMPARE(m_launcher->getWebUrl("newsweb"), m_server.url("/Test/news.htm?t=pe1"));
     }
 
     void unreadableReply_data()
@@ -126,10 +108,7 @@ private slots:
         const QString copyFile = m_profile->launcherFolder(false) + "/00000001.html";
         QVERIFY(TestFiles::write(copyFile, copy));
 
-        if (reply.isEmpty())
-            m_server.setAnswer(m_cataloguePath, HttpFixture::status(503, "Service Unavailable", QByteArray()));
-        else
-            serve(reply);
+        serve(reply);
         m_log.mark();
         m_events.clear();
         m_launcher->refreshUpdateState();
@@ -147,5 +126,8 @@ private slots:
     }
 };
 
-ZANMIR_LAUNCHER_TEST_MAIN(TestUpdateState)
+int main(int argc, char *argv[])
+{
+    return runLauncherTest<TestUpdateState>(argc, argv, "/test");
+}
 #include "tst_updatestate.moc"

@@ -63,24 +63,14 @@ private slots:
         QCOMPARE(http.getErrorText().startsWith(QStringLiteral("HTTP access failed: ")), !result);
     }
 
-    // A server that keeps the connection open without finishing its answer
-    // ends the fetch at the deadline, as any other failure.
-    void deadline_data()
-    {
-        QTest::addColumn<HttpFixture::Answer>("answer");
-        QTest::addColumn<int>("statusCode");
-        QTest::newRow("never answers") << HttpFixture::silent() << 0;
-        QTest::newRow("half a body, then stalls") << HttpFixture::stalled(QByteArray(4096, 'x')) << 200;
-    }
-
+    // A server that stalls half-way through its answer ends the fetch at the
+    // deadline, as any other failure. (One that never answers: the open-with
+    // start of the real binary.)
     void deadline()
     {
-        QFETCH(HttpFixture::Answer, answer);
-        QFETCH(int, statusCode);
-
         auto stalling = std::make_unique<HttpFixture>();
         QVERIFY(stalling->listen());
-        stalling->setAnswer(QStringLiteral("/stall"), answer);
+        stalling->setAnswer(QStringLiteral("/stall"), HttpFixture::stalled(QByteArray(4096, 'x')));
         // Closing the connection later ends a fetch that has no deadline of its own.
         QTimer guard;
         guard.setSingleShot(true);
@@ -98,7 +88,7 @@ private slots:
 
         QVERIFY(!result);
         QCOMPARE(http.getErrorText(), QStringLiteral("HTTP access failed: no complete answer within 300 ms"));
-        QCOMPARE(http.getStatusCode(), statusCode);
+        QCOMPARE(http.getStatusCode(), 200);
         QCOMPARE(http.getBody(), QStringLiteral("earlier"));
         QVERIFY2(msecs >= 300 && msecs < 2300, qPrintable(QString::number(msecs)));
     }

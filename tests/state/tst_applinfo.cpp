@@ -113,9 +113,7 @@ private slots:
         QTest::addColumn<QString>("defaultText");
         QTest::addColumn<QString>("expected"); // "@" stands for the server base
         // clang-format off
-        QTest::newRow("catalogue, test mode") << "launcher_info_web" << "en_US test" << "|" << "" << "@/Test/Zanmir/Launcher/UpdateInfo/updateinfo.json";
         QTest::newRow("news without stamp") << "newsweb" << "ja_JP" << "|" << "" << "@/Zanmir/Launcher/ja_JP/NewsWeb/news.htm";
-        QTest::newRow("news stamp, server path") << "newsweb" << "en_US" << "/News/v5.htm|" << "" << "@/News/v5.htm";
         QTest::newRow("news stamp with a query") << "newsweb" << "en_US test" << "http://h:9/n.htm?v=5|" << "" << "http://h:9/n.htm?v=5";
         QTest::newRow("help stamp alone is not used") << "howtoweb" << "en_US" << "|/help/v3.htm" << "" << "@/Zanmir/Launcher/en_US/HowtoWeb/support.htm";
         QTest::newRow("help with both stamps") << "howtoweb" << "en_US" << "/news/v5.htm|http://h/help.htm" << "" << "http://h/help.htm";

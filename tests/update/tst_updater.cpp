@@ -96,8 +96,6 @@ private slots:
         // clang-format off
         QTest::newRow("catalogue") << QString(kIncomplete) << "";
         QTest::newRow("web stamps only") << R"({"1.0.0": {"web_versions": []}})" << "";
-        QTest::newRow("portal page") << "<html><body>Sign in</body></html>" << parse;
-        QTest::newRow("truncated") << QString(kIncomplete).left(200) << parse;
         QTest::newRow("empty text") << "" << parse;
         QTest::newRow("other schema") << R"({"2.0.0": {"app_versions": {}}})" << schema;
         QTest::newRow("empty schema") << R"({"1.0.0": {}})" << schema;
@@ -122,7 +120,6 @@ private slots:
         QTest::addColumn<QString>("query"); // "download" with the version text to look up
         QTest::addColumn<QString>("answer");
         // clang-format off
-        const QString launchers = "editor 2.0.0.0, launcher 1.1.0.0";
         const QString downloads = "editor 2.1.0.5, editor 2.1.0.6 inhouse, editor 2.1.0.6d inhouse, editor 2.1.0.7 release macosx";
         QTest::newRow("update: first in series") << "editor release 2.1.3" << "editor 2.1.5, editor 2.1.7, editor 2.2.0" << "update" << "2.1.5";
         QTest::newRow("update: newer build installed") << "editor release 2.1.3, editor release 2.1.5" << "editor 2.1.5, editor 2.1.4" << "update" << "";
@@ -130,13 +127,10 @@ private slots:
         QTest::newRow("update: launcher") << "launcher release 2.1.3" << "launcher 2.1.5" << "update" << "";
         // "1.10" sorts before "1.9" as text, so it is no later series.
         QTest::newRow("recent: text order") << "editor release 1.9.0.0" << "editor 1.10.0.0, editor 3.0.0.0" << "recent" << "3.0.0.0";
-        QTest::newRow("latest: nothing installed, any type") << "" << launchers << "latest" << "2.0.0.0";
-        QTest::newRow("latest: newer launcher") << "launcher release 1.0.0.0" << launchers << "latest" << "1.1.0.0";
-        QTest::newRow("latest: equal launcher") << "launcher release 1.1.0.0" << launchers << "latest" << "";
+        QTest::newRow("latest: nothing installed, any type") << "" << "editor 2.0.0.0, launcher 1.1.0.0" << "latest" << "2.0.0.0";
         // One per series, the first in the catalogue, newest first, then all; a one-number version has no
         // series, and an installed version text is hidden whatever its edition.
         QTest::newRow("installable") << "editor inhouse 1.0.0.0" << "editor 2.1.0.7, editor 2.1.0.5, editor 3, editor 2.2.0.1, editor 2.1.0.9 beta, editor 1.0.0.0" << "installable" << "2.2.0.1 2.1.0.7 / 3 2.2.0.1 2.1.0.9 2.1.0.7 2.1.0.5";
-        QTest::newRow("download") << "" << downloads << "download 2.1.0.5" << "release 2.1.0.5 /v/2.1.0.5 2.1.0.5.exe";
         QTest::newRow("download: inhouse, by display version") << "" << downloads << "download 2.1.0.6" << "inhouse 2.1.0.6d /v/2.1.0.6d 2.1.0.6d.exe";
         QTest::newRow("download: no win64 installer") << "" << downloads << "download 2.1.0.7" << "Download failed: unknown URL or file name: editor 2.1.0.7 (win64)";
         QTest::newRow("download: no version") << "" << downloads << "download" << "";
@@ -175,11 +169,9 @@ private slots:
         QTest::addColumn<QString>("setup"); // what is wrong with "Downloads"
         QTest::addColumn<QString>("failure"); // the beginning of the message; empty for success
         // clang-format off
-        QTest::newRow("with length") << "length" << "setup.exe" << "" << "" << "";
         QTest::newRow("without length") << "no length" << "setup.exe" << "" << "" << "";
         QTest::newRow("empty body") << "empty" << "setup.exe" << "" << "" << "";
         QTest::newRow("redirect saves its body") << "redirect" << "setup.exe" << "" << "" << "";
-        QTest::newRow("404") << "404" << "setup.exe" << "" << "" << "HTTP access failed: ";
         QTest::newRow("closed mid-body") << "cut" << "setup.exe" << "" << "" << "HTTP access failed: ";
         QTest::newRow("digest matches") << "length" << "setup.exe" << "right" << "" << "";
         QTest::newRow("digest differs") << "length" << "setup.exe" << "wrong" << "" << "Failed to download: SHA-256 checksum mismatch: setup.exe (expected ";
@@ -208,14 +200,11 @@ private slots:
             { "404", HttpFixture::status(404, "Not Found", body) }, { "cut", HttpFixture::cut(body) } };
         const QString url = serve(answers.value(answer));
         const QByteArray digest = QCryptographicHash::hash(body, QCryptographicHash::Sha256).toHex();
-        const QByteArray published = sha256 == "right" ? digest
-            : sha256 == "wrong"                        ? QByteArray(64, 'a')
-                                                       : QByteArray();
-        QVERIFY(
-            m_updater->setUpdateInfo(CatalogueBuilder()
-                                         .entries({ "launcher 1.1.0.0" })
-                                         .installer(fileName == "other.exe" ? "setup.exe" : fileName, "/x", published)
-                                         .bytes()));
+        const QByteArray published = sha256 == "right" ? digest : QByteArray(sha256 == "wrong" ? 64 : 0, 'a');
+        const QString listed = fileName == "other.exe" ? "setup.exe" : fileName;
+        CatalogueBuilder catalogue;
+        QVERIFY(m_updater->setUpdateInfo(
+            catalogue.entries({ "launcher 1.1.0.0" }).installer(listed, "/x", published).bytes()));
 
         // The old file stands where the name leads, inside "Downloads" or not.
         const QString target = QDir::cleanPath(downloads() + '/' + fileName);
@@ -271,7 +260,6 @@ private slots:
     {
         QTest::addColumn<QString>("server"); // what the server does when the cancel comes
         QTest::newRow("never answers") << "silent";
-        QTest::newRow("stalls mid-body") << "stalled";
         QTest::newRow("nothing running") << "";
     }
 
@@ -284,8 +272,7 @@ private slots:
         QSignalSpy finished(m_updater.data(), SIGNAL(signalDownloadFinished(QString, bool)));
         const QString notStarted = "ApplUpdater::cancelDownload: Downloading not yet started";
         if (!server.isEmpty()) {
-            const QString url
-                = serve(server == "silent" ? HttpFixture::silent() : HttpFixture::stalled(pattern(300000)));
+            const QString url = serve(HttpFixture::silent());
             QVERIFY(m_updater->startDownload(url, "setup.exe"));
             QVERIFY(waitForRequest(url));
             QTest::qWait(200);
@@ -330,11 +317,6 @@ private slots:
         QTest::newRow("does not wait") << script.arg(0) << false << false << "";
         QTest::newRow("exits non-zero") << script.arg(3) << true << false << "";
         QTest::newRow("uninstaller") << script.arg(0) << true << true << "";
-        QTest::newRow("missing uninstaller") << "" << false << true << "File not found: %1";
-        QTest::newRow("not a program, waiting")
-            << "plain text" << true << false << "ApplUpdater::openExecutableFile: failed ShellExecuteEx %1";
-        QTest::newRow("not a program, detached")
-            << "plain text" << false << false << "ApplUpdater::openExecutableFile: failed ShellExecuteEx %1";
     }
 
     // A file arrives without the execute bit and starts all the same; the
