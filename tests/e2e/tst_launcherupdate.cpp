@@ -1,4 +1,5 @@
 #include "cataloguebuilder.h"
+#include "httpfixture.h"
 #include "launcherharness.h"
 #include "sampleproject.h"
 #include "testfiles.h"
@@ -72,18 +73,41 @@ private slots:
         QCOMPARE(next->failedSteps(), QStringList());
     }
 
-    // Without a launcher update, the server's answer is kept byte for byte as the offline copy.
-    void catalogueCopyKeepsItsBytes()
+    // With no launcher update on offer: the server's answer is kept byte for
+    // byte as the offline copy, and a server that takes the request and never
+    // answers delays an open-with start by the deadline only, start-up going
+    // on from that copy.
+    void silentServerFallsBackToTheCopy()
     {
+        HttpFixture server;
+        QVERIFY(server.listen());
+        const QString path = "/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1", url = server.url(path);
         const QByteArray catalogue
             = R"({"1.0.0": {"web_versions": [{"type": "newsweb", "version": "1", "url": "/お知らせ.htm"}]}})";
-        QVERIFY(m_harness->publishCatalogue(catalogue));
+        server.setAnswer(path, HttpFixture::ok(catalogue));
+        m_harness->setServerBase(server.url(QString()));
+        m_harness->setEnvironmentValue("ZANMIR_HTTP_TIMEOUT_MS", "500");
         const QString project = m_harness->projectPath("scene.zmr");
         QVERIFY(SampleProject::writeProject(project, "2.1.0.5"));
-        LauncherRun *run = m_harness->run({ project });
-        QVERIFY2(run->exitedWith(0) && run->dialogs().isEmpty(), qPrintable(run->describe()));
-        QVERIFY(m_harness->launcherLog().contains("ApplUpdateInfo is completely loaded from server: ["));
+        // The scripted server answers while this thread waits in an event loop.
+        LauncherRun *first = m_harness->start({ project });
+        QVERIFY(QTest::qWaitFor([first]() { return !first->isRunning(); }, LauncherHarness::kDefaultTimeout));
+        QVERIFY2(first->exitedWith(0) && first->dialogs().isEmpty(), qPrintable(first->describe()));
+        QCOMPARE(server.requestCount(path), 1);
+        QVERIFY(m_harness->launcherLog().contains("ApplUpdateInfo is completely loaded from server: [" + url + "]"));
         QCOMPARE(TestFiles::read(m_harness->profile().launcherFolder(false) + "/00000001.html"), catalogue);
+
+        server.setAnswer(path, HttpFixture::silent());
+        QElapsedTimer elapsed;
+        elapsed.start();
+        LauncherRun *second = m_harness->run({ project }, 10000);
+        QVERIFY2(second->exitedWith(0) && second->dialogs().isEmpty(), qPrintable(second->describe()));
+        QVERIFY2(elapsed.elapsed() >= 500, qPrintable(QString::number(elapsed.elapsed())));
+        QVERIFY(m_harness->waitForEditorStarts(2));
+        QCOMPARE(m_harness->editorStarts().at(1).mid(1), QStringList { project });
+        const QString log = m_harness->launcherLog();
+        QVERIFY2(log.contains("Failed to load ApplUpdateInfo from server: [" + url + "]"), qPrintable(log));
+        QVERIFY2(log.contains("Contents is read from offline file: URL[" + url + "]"), qPrintable(log));
     }
 };
 

@@ -7,6 +7,14 @@
 
 #include <functional>
 
+namespace {
+
+const QString kYellow = QStringLiteral(":/icons/appl_update_yellow.png");
+const QString kRed = QStringLiteral(":/icons/appl_update_red.png");
+const QString kPlain = QStringLiteral(":/icons/appl.png");
+
+} // namespace
+
 static QStringList lines(const QString &path)
 {
     return QString::fromUtf8(TestFiles::read(path)).split('\n', Qt::SkipEmptyParts);
@@ -136,16 +144,30 @@ private slots:
             QCOMPARE(QFileInfo::exists(editorFolder(version)), after.contains(version));
     }
 
-    // The Appl button's badge at start-up; its rules are the page's and the strip's own.
+    void badge_data()
+    {
+        QTest::addColumn<QStringList>("offered");
+        QTest::addColumn<QString>("icon");
+        QTest::newRow("revision of an installed series") << QStringList { "2.3.00", "2.2.02" } << kYellow;
+        QTest::newRow("higher series only") << QStringList { "2.3.00" } << kRed;
+    }
+
+    // The Appl button's icon as drawn at start-up, checked against all three
+    // badges; the finer rules are the page's and the strip's own.
     void badge()
     {
+        QFETCH(QStringList, offered);
+        QFETCH(QString, icon);
         QVERIFY(m_harness->registerVersions({ "2.1.05", "2.2.01" }));
-        publish({ "2.3.00", "2.2.02" });
-        m_harness->setEnvironmentValue(
-            "ZANMIR_TEST_SCRIPT", "window Zanmir Launcher;icon buttonAppl :/icons/appl_update_yellow.png;close");
+        publish(offered);
+        QStringList checks;
+        for (const QString &badge : { kYellow, kRed, kPlain })
+            checks.append("icon buttonAppl " + badge);
+        m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", "window Zanmir Launcher;" + checks.join(';') + ";close");
         LauncherRun *run = m_harness->run({});
         QVERIFY2(run->exitedWith(0) && run->dialogs().isEmpty(), qPrintable(run->describe()));
-        QCOMPARE(run->failedSteps(), QStringList());
+        checks.removeAll("icon buttonAppl " + icon);
+        QCOMPARE(run->failedSteps(), checks);
     }
 };
 
