@@ -63,7 +63,7 @@ If you are using a proxy server, make the settings described in the manual.</sou
     </message>
     <message>
         <source>Install Editor</source>
-        <translation>エディタをインストール</translation>
+        <translation>エディタを追加</translation>
     </message>
 </context>
 <context>
@@ -145,8 +145,7 @@ Please install any editor using Application Management.</source>
 Please click Update button for download installer and update Launcher.
 Zanmir Launcher could not be launched until installation will be finished.</source>
         <translation>Zanmir Launcher の新しいバージョン (%1) が利用できます。
-[更新] ボタンをクリックしてインストーラーをダウンロードし、Launcher を更新してください。
-インストールが完了するまで Zanmir Launcher は起動できません。</translation>
+[更新] でインストーラーをダウンロードして更新してください。更新が終わるまで起動できません。</translation>
     </message>
     <message>
         <source>Confirm</source>
