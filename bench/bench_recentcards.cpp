@@ -6,10 +6,10 @@
 #include "processlauncher.h"
 #include "recentusedwidget.h"
 #include "sampleproject.h"
+#include "testfiles.h"
 #include "testprofile.h"
 
 #include <QApplication>
-#include <QBuffer>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QPainter>
@@ -33,11 +33,7 @@ QByteArray picture(int index)
     for (int i = 0; i < 40; ++i)
         painter.fillRect(QRect((i * 97 + index) % 600, (i * 61) % 440, 40, 40), QColor::fromHsv(i * 9, 180, 200));
     painter.end();
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
+    return TestFiles::png(image);
 }
 
 } // namespace

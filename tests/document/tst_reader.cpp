@@ -4,7 +4,6 @@
 #include "sampleproject.h"
 #include "testfiles.h"
 
-#include <QBuffer>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -57,11 +56,7 @@ QByteArray png(int width, int height)
 {
     QImage image(width, height, QImage::Format_ARGB32);
     image.fill(Qt::darkCyan);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
+    return TestFiles::png(image);
 }
 
 } // namespace

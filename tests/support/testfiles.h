@@ -1,8 +1,10 @@
 #ifndef TESTFILES_H
 #define TESTFILES_H
 
+#include <QBuffer>
 #include <QDateTime>
 #include <QFile>
+#include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -26,6 +28,13 @@ public:
     {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) && file.setFileTime(time, QFileDevice::FileModificationTime);
+    }
+    // The picture encoded as PNG, as a project or a server carries it.
+    static QByteArray png(const QImage &image)
+    {
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        return buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "PNG") ? bytes : QByteArray();
     }
     // The root object of a JSON file, empty when there is none.
     static QJsonObject readObject(const QString &path) { return QJsonDocument::fromJson(read(path)).object(); }

@@ -8,7 +8,6 @@
 #include "systemsettings.h"
 #include "testfiles.h"
 
-#include <QBuffer>
 #include <QJsonArray>
 #include <QLabel>
 #include <QListView>
@@ -218,9 +217,7 @@ private slots:
         QFETCH(QString, version);
         QImage picture(300, 200, QImage::Format_ARGB32);
         picture.fill(Qt::darkMagenta);
-        QByteArray encoded;
-        QBuffer buffer(&encoded);
-        QVERIFY(buffer.open(QIODevice::WriteOnly) && picture.save(&buffer, "PNG"));
+        const QByteArray encoded = TestFiles::png(picture);
         const QString path = m_profile->root() + '/' + project;
         const bool withPicture = project.startsWith('a');
         if (project.startsWith('d'))
