@@ -45,14 +45,22 @@ Please install the editor of the displayed version again.</source>
         <translation>エラー</translation>
     </message>
     <message>
-        <source>Failed to start downloading.
+        <source>The installer was not downloaded: it, or the update catalogue that names it, comes over an unencrypted connection (plain http), and the catalogue gives no checksum to show that it is the maker&apos;s file.
 
-Please check that the network is connected properly.
-If you are using a proxy server, make the settings described in the manual.</source>
-        <translation>ダウンロードを開始できませんでした。
+%1</source>
+        <translation>インストーラーはダウンロードされませんでした。インストーラーまたはそれを示すアップデートカタログが暗号化されていない接続 (http) で届き、カタログにはメーカーのファイルであることを確かめるチェックサムがありません。
 
-ネットワークに正しく接続されているか確認してください。
-プロキシサーバーをお使いの場合は、マニュアルに記載の設定を行ってください。</translation>
+%1</translation>
+    </message>
+    <message>
+        <source>The server&apos;s certificate could not be verified, so the installer was not downloaded. Someone may be intercepting the connection, or the server is set up wrongly.
+
+%1
+%2</source>
+        <translation>サーバーの証明書を確認できなかったため、インストーラーはダウンロードされませんでした。通信が傍受されているか、サーバーの設定に誤りがある可能性があります。
+
+%1
+%2</translation>
     </message>
 </context>
 <context>

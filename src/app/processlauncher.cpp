@@ -2,6 +2,7 @@
 
 #include "applinfo.h"
 #include "brokenfilemover.h"
+#include "deploymentconfig.h"
 #include "leftoverfilesweeper.h"
 #include "offlinefilemanager.h"
 #include "registry.h"
@@ -104,6 +105,9 @@ bool ProcessLauncher::initialize(QTranslator &translator)
     ensureFolder(vorlixDataFolder());
     ensureFolder(launcherDataFolder());
     removeLeftoverFiles();
+    // Whoever reads the log of a run against a plain http server learns it here.
+    for (const QString &note : DeploymentConfig::addressNotes())
+        writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(note));
 
     if (!readApplInfo(testMode)) {
         writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(m_applInfo->getErrorText()));

@@ -59,7 +59,9 @@ public:
     // written; true when the recent-project list changed.
     bool reloadApplInfo();
     bool saveOfflineFileInfo();
-    QString getWebUrl(const QString &webType);
+    // The address of a page or installer; an address of the catalogue's that
+    // is refused is logged, and the page's default comes in its place.
+    QString getWebUrl(const QString &webType, const QString &defaultText = QString());
     bool getLocale(QString &locale) const;
     // Where the single-instance lock lies: beside the manager file.
     QString getLockFilePath() const;

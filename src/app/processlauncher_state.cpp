@@ -102,9 +102,12 @@ void ProcessLauncher::logManagerFileBackup(const QString &format)
         writeLog(format.arg(m_applInfo->getBackupText()));
 }
 
-QString ProcessLauncher::getWebUrl(const QString &webType)
+QString ProcessLauncher::getWebUrl(const QString &webType, const QString &defaultText)
 {
-    return m_applInfo->getWebUrl(webType, QString());
+    QString url;
+    if (!m_applInfo->resolveWebUrl(webType, defaultText, url))
+        writeLog(QStringLiteral("ProcessLauncher::getWebUrl: %1").arg(m_applInfo->getErrorText()));
+    return url;
 }
 
 bool ProcessLauncher::getLocale(QString &locale) const

@@ -27,6 +27,7 @@ bool ProcessLauncher::prepareApplUpdater()
         }
     } else {
         writeLog(prefix + QStringLiteral("Failed to load ApplUpdateInfo from server: [%1]").arg(url));
+        writeLog(prefix + m_httpAccess.getErrorText());
     }
 
     if (!found) {
@@ -55,6 +56,7 @@ bool ProcessLauncher::prepareApplUpdater()
         return false;
     }
     m_applUpdater->setRegistry(m_registry);
+    m_applUpdater->setCatalogueUrl(url);
     writeLog(prefix + m_applUpdater->getInfoText());
     return true;
 }

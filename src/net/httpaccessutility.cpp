@@ -5,18 +5,23 @@
 #include <QEventLoop>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QStringList>
 #include <QTimer>
 #include <QUrl>
 
 HTTPAccessUtility::HTTPAccessUtility(QObject *parent)
     : QObject(parent)
     , m_manager(this)
-{ }
+{
+    connect(&m_manager, SIGNAL(sslErrors(QNetworkReply *, QList<QSslError>)), this,
+        SLOT(noteCertificateErrors(QNetworkReply *, QList<QSslError>)));
+}
 
 HTTPAccessUtility::~HTTPAccessUtility() = default;
 
 bool HTTPAccessUtility::get(const QString &url)
 {
+    m_certificateErrors.clear();
     QEventLoop loop;
     connect(&m_manager, SIGNAL(finished(QNetworkReply *)), &loop, SLOT(quit()));
     // A server may take the request and never finish its answer; the network
@@ -40,8 +45,10 @@ bool HTTPAccessUtility::get(const QString &url)
 
     m_statusCode = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (timedOut || reply->error() != QNetworkReply::NoError) {
-        const QString reason
+        QString reason
             = timedOut ? QStringLiteral("no complete answer within %1 ms").arg(timeoutMs) : reply->errorString();
+        if (!m_certificateErrors.isEmpty())
+            reason += QStringLiteral(" (%1)").arg(m_certificateErrors);
         m_errorText = QStringLiteral("HTTP access failed: %1").arg(reason);
         reply->deleteLater();
         return false;
@@ -49,4 +56,17 @@ bool HTTPAccessUtility::get(const QString &url)
     m_body = QString::fromUtf8(reply->readAll());
     reply->deleteLater();
     return true;
+}
+
+QString HTTPAccessUtility::certificateErrorText(const QList<QSslError> &errors)
+{
+    QStringList texts;
+    for (const QSslError &error : errors)
+        texts.append(error.errorString());
+    return QStringLiteral("Certificate not trusted: %1").arg(texts.join(QStringLiteral("; ")));
+}
+
+void HTTPAccessUtility::noteCertificateErrors(QNetworkReply *, const QList<QSslError> &errors)
+{
+    m_certificateErrors = certificateErrorText(errors);
 }

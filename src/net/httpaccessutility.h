@@ -1,13 +1,16 @@
 #ifndef HTTPACCESSUTILITY_H
 #define HTTPACCESSUTILITY_H
 
+#include <QList>
 #include <QNetworkAccessManager>
 #include <QObject>
+#include <QSslError>
 #include <QString>
 
 // Fetches one URL into a string and waits for it, in a nested event loop.
 // Redirects are not followed. A transfer that has not finished within the
-// deployment's HTTP time-out is ended as a failure.
+// deployment's HTTP time-out is ended as a failure, and so is one to a server
+// whose certificate cannot be trusted.
 class HTTPAccessUtility : public QObject
 {
     Q_OBJECT
@@ -24,11 +27,19 @@ public:
     int getStatusCode() const { return m_statusCode; }
     QString getErrorText() const { return m_errorText; }
 
+    // What was wrong with a server's certificate, in one line for the log.
+    // No certificate error is ever ignored: the request fails.
+    static QString certificateErrorText(const QList<QSslError> &errors);
+
+private slots:
+    void noteCertificateErrors(QNetworkReply *reply, const QList<QSslError> &errors);
+
 private:
     QNetworkAccessManager m_manager;
     QString m_body;
     int m_statusCode = 0;
     QString m_errorText;
+    QString m_certificateErrors;
 };
 
 #endif // HTTPACCESSUTILITY_H

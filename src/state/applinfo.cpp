@@ -4,6 +4,7 @@
 #include "jsonfilereader.h"
 #include "jsonrepair.h"
 #include "textfilewriter.h"
+#include "webaddress.h"
 
 #include <QDateTime>
 #include <QDeadlineTimer>
@@ -15,6 +16,7 @@
 #include <QLocale>
 #include <QLockFile>
 #include <QThread>
+#include <QUrl>
 
 #include <algorithm>
 #include <limits>
@@ -31,6 +33,9 @@ const QString kBackupTimeFormat = QStringLiteral("yyyyMMdd-hhmmss");
 const int kWriteLockStaleMsecs = 5000;
 const int kWriteLockWaitMsecs = 5000;
 const unsigned long kWriteLockPollMsecs = 20;
+// Far beyond any page or installer address of the maker's; servers refuse
+// request lines of this length anyway.
+const int kMaxAddressLength = 8192;
 
 bool higherSerialFirst(const HistoryInfo &a, const HistoryInfo &b)
 {
@@ -326,26 +331,64 @@ QString ApplInfo::getBackupText() const
 
 QString ApplInfo::getWebUrl(const QString &webType, const QString &defaultText) const
 {
+    QString refusal;
+    return webUrl(webType, defaultText, refusal);
+}
+
+bool ApplInfo::resolveWebUrl(const QString &webType, const QString &defaultText, QString &url)
+{
+    QString refusal;
+    url = webUrl(webType, defaultText, refusal);
+    if (refusal.isEmpty())
+        return true;
+    m_errorText = refusal;
+    return false;
+}
+
+QString ApplInfo::webUrl(const QString &webType, const QString &defaultText, QString &refusal) const
+{
+    const bool installer
+        = webType == QLatin1String("launcher_installer_web") || webType == QLatin1String("editor_installer_web");
     QString text;
+    // An address that the catalogue gave, now or at an earlier start.
+    QString given;
     if (webType == QLatin1String("launcher_info_web")) {
         text = QStringLiteral("/Zanmir/Launcher/UpdateInfo/updateinfo.json");
     } else if (webType == kNewsWeb) {
-        text = m_newsWeb.isEmpty() ? QStringLiteral("/Zanmir/Launcher/%1/NewsWeb/news.htm") : m_newsWeb.getUrl();
+        text = QStringLiteral("/Zanmir/Launcher/%1/NewsWeb/news.htm");
+        if (!m_newsWeb.isEmpty())
+            given = m_newsWeb.getUrl();
     } else if (webType == kHowtoWeb) {
         // Decided by the news stamp, not by the help page's own: both stamps
         // arrive together from the catalogue.
-        text = m_newsWeb.isEmpty() ? QStringLiteral("/Zanmir/Launcher/%1/HowtoWeb/support.htm") : m_howtoWeb.getUrl();
+        text = QStringLiteral("/Zanmir/Launcher/%1/HowtoWeb/support.htm");
+        if (!m_newsWeb.isEmpty())
+            given = m_howtoWeb.getUrl();
     } else if (webType == QLatin1String("launcher_history_web")) {
         text = QStringLiteral("/Zanmir/Launcher/%1/History/Launcher.htm");
     } else if (webType == QLatin1String("editor_history_web")) {
         text = QStringLiteral("/Zanmir/Launcher/%1/History/Editor.htm");
-    } else if (webType == QLatin1String("launcher_installer_web") || webType == QLatin1String("editor_installer_web")) {
-        text = defaultText;
+    } else if (installer) {
+        given = defaultText;
     } else if (webType == QLatin1String("footprintweb")) {
         text = QStringLiteral("/Zanmir/Launcher/%1/History/index.html");
     } else if (webType == QLatin1String("onlinestrore")) {
         const QString language = m_locale == QLatin1String("en_US") ? QStringLiteral("/en/") : QStringLiteral("/jp/");
         text = DeploymentConfig::storeUrl() + language;
+    }
+
+    if (!given.isEmpty() || installer) {
+        const QString reason = refusalOf(given, !installer);
+        if (reason.isEmpty()) {
+            text = given;
+        } else {
+            refusal = QStringLiteral("Refused address of %1: [%2] %3; %4")
+                          .arg(webType, WebAddress::forLog(given), reason,
+                              installer ? QStringLiteral("nothing is downloaded from it")
+                                        : QStringLiteral("the default address is used"));
+            if (installer)
+                return QString();
+        }
     }
 
     if (text.contains(QLatin1String("%1")))
@@ -354,9 +397,32 @@ QString ApplInfo::getWebUrl(const QString &webType, const QString &defaultText) 
     // Every address carries the suffix, installer addresses from the
     // catalogue included.
     const QString suffix = QStringLiteral("?t=pe1");
-    if (text.startsWith(QLatin1String("http://")) || text.startsWith(QLatin1String("file://")))
+    if (WebAddress::isWebAddress(text))
         return text + suffix;
     return m_serverBase + text + suffix;
+}
+
+QString ApplInfo::refusalOf(const QString &text, bool page)
+{
+    if (text.size() > kMaxAddressLength)
+        return QStringLiteral("is longer than %1 characters").arg(kMaxAddressLength);
+    // A path on the update server.
+    if (text.startsWith(QLatin1Char('/')))
+        return QString();
+    // A local file shown as a page could read the user's files, and a
+    // program's own scheme would start that program.
+    if (!WebAddress::isWebAddress(text))
+        return QStringLiteral("is neither an http or https address nor a path on the update server");
+    const QUrl url(text, QUrl::StrictMode);
+    if (!url.isValid() || url.host().isEmpty())
+        return QStringLiteral("is not a valid address");
+    // The maker's pages need none; kept, they would end up in the manager file and the log.
+    if (!url.userInfo().isEmpty())
+        return QStringLiteral("carries a user name or password");
+    // An installer over plain http is checked by its digest when it is downloaded.
+    if (page && WebAddress::isExposed(url) && !DeploymentConfig::isNamedPlainHttp(url))
+        return QStringLiteral("is plain http to a host that neither the build nor the environment names");
+    return QString();
 }
 
 bool ApplInfo::isWebVersionUpToDate(const QString &webType, const WebUpdateInfo &remote) const

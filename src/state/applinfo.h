@@ -62,7 +62,15 @@ public:
     // file that did not parse, before writing over it; empty when none.
     QString getBackupText() const;
 
+    // The full address of a page or installer. An address that the catalogue
+    // gave (a page record, an installer) is used only when it is an http or
+    // https address or a path on the update server, without credentials, and
+    // for a page not plain http to another machine unless the deployment
+    // named that server. Otherwise a page gets its default address and an
+    // installer the empty text.
     QString getWebUrl(const QString &webType, const QString &defaultText) const;
+    // The same; false when an address was refused, the error text saying which and why.
+    bool resolveWebUrl(const QString &webType, const QString &defaultText, QString &url);
     bool isWebVersionUpToDate(const QString &webType, const WebUpdateInfo &remote) const;
     bool saveWebVersion(const QString &webType, const WebUpdateInfo &record);
 
@@ -118,6 +126,9 @@ private:
     void mirrorAll();
     void mirror(const QString &key, const QJsonValue &value);
     void mirrorLocale();
+    QString webUrl(const QString &webType, const QString &defaultText, QString &refusal) const;
+    // Why an address from the catalogue may not be used; empty when it may.
+    static QString refusalOf(const QString &text, bool page);
 
     EditorInfo m_currentEditor;
     LauncherInfo m_launcherInfo;

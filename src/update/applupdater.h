@@ -13,6 +13,7 @@
 class EditorInfo;
 class QNetworkAccessManager;
 class QNetworkReply;
+class QSslError;
 class Registry;
 class ReplyReader;
 
@@ -58,10 +59,25 @@ public:
     // target system (the first entry naming it); empty when it gives none.
     QString findSha256(const QString &fileName) const;
 
-    // Always true: failures arrive through signalDownloadFinished. When the
-    // catalogue names a SHA-256 for the file name, the body must match it
-    // before anything is written.
+    // Where the catalogue in use came from: the server address it was
+    // fetched from, also when its offline copy is in use. Empty, as before
+    // the first call, for a catalogue from no server.
+    void setCatalogueUrl(const QString &url);
+    // Whether the installer may be fetched at all: only from an http or https
+    // address, and, when it or the catalogue that names it comes over plain
+    // http from another machine, only with a SHA-256 in the catalogue, since
+    // anyone on the way could have swapped it. False with the reason in the
+    // error text.
+    bool checkInstallerSource(const QString &url, const QString &fileName);
+
+    // False, with nothing fetched, when checkInstallerSource() refuses;
+    // otherwise true, and failures arrive through signalDownloadFinished.
+    // When the catalogue names a SHA-256 for the file name, the body must
+    // match it before anything is written.
     bool startDownload(const QString &url, const QString &fileName);
+    // What was wrong with the certificate of the server that ended the last
+    // download; empty when nothing was.
+    QString getCertificateErrors() const { return m_certificateErrors; }
     void cancelDownload();
     bool isDownloading() const { return m_downloading; }
 
@@ -81,6 +97,7 @@ public slots:
     bool replyFinished(QNetworkReply *reply);
     void readReplyFinished(qint64 bytesRead, qint64 totalBytes);
     void emitSignalUpdateProgress(qint64 bytesRead, qint64 totalBytes);
+    void noteCertificateErrors(QNetworkReply *reply, const QList<QSslError> &errors);
 
 private:
     void startRequest(const QString &url);
@@ -102,6 +119,8 @@ private:
     QString m_downloadFileName;
     QString m_downloadPath;
     QString m_expectedSha256;
+    QString m_catalogueUrl;
+    QString m_certificateErrors;
 };
 
 #endif // APPLUPDATER_H

@@ -25,6 +25,11 @@ QString ApplUpdater::findSha256(const QString &fileName) const
 
 bool ApplUpdater::startDownload(const QString &url, const QString &fileName)
 {
+    if (!checkInstallerSource(url, fileName)) {
+        writeLog(QStringLiteral("ApplUpdater::startDownload: %1").arg(m_errorText));
+        return false;
+    }
+    m_certificateErrors.clear();
     m_downloadFolder = QStandardPaths::writableLocation(QStandardPaths::HomeLocation) + QStringLiteral("/Downloads");
     // A folder that cannot be made is not reported here: the writer fails later.
     if (!QDir(m_downloadFolder).exists())
@@ -48,6 +53,8 @@ void ApplUpdater::startRequest(const QString &url)
 
     m_networkManager = new QNetworkAccessManager(this);
     connect(m_networkManager, SIGNAL(finished(QNetworkReply *)), this, SLOT(replyFinished(QNetworkReply *)));
+    connect(m_networkManager, SIGNAL(sslErrors(QNetworkReply *, QList<QSslError>)), this,
+        SLOT(noteCertificateErrors(QNetworkReply *, QList<QSslError>)));
     m_reply = m_networkManager->get(QNetworkRequest(QUrl(url, QUrl::TolerantMode)));
     connect(m_reply, SIGNAL(downloadProgress(qint64, qint64)), this, SLOT(emitSignalUpdateProgress(qint64, qint64)));
 }

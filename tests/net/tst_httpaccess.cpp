@@ -2,6 +2,7 @@
 #include "httpaccessutility.h"
 #include "httpfixture.h"
 #include "networkaccesshelper.h"
+#include "untrustedtlsserver.h"
 
 #include <QtTest>
 
@@ -61,6 +62,21 @@ private slots:
         // A failure keeps the body of the last success, and gives a prefix and Qt's reason.
         QCOMPARE(http.getBody(), body);
         QCOMPARE(http.getErrorText().startsWith(QStringLiteral("HTTP access failed: ")), !result);
+    }
+
+    // A server whose certificate cannot be trusted fails the fetch (the
+    // catalogue's), and the error that the log gets says what was wrong.
+    void untrustedCertificate()
+    {
+        UntrustedTlsServer tls;
+        QVERIFY(tls.start());
+        HTTPAccessUtility http;
+        QVERIFY(!http.get(tls.url(QStringLiteral("/updateinfo.json"))));
+        QVERIFY(tls.handshakes() > 0);
+        const QString error = http.getErrorText();
+        QVERIFY2(error.startsWith(QStringLiteral("HTTP access failed: "))
+                && error.contains(QStringLiteral(" (Certificate not trusted: ")),
+            qPrintable(error));
     }
 
     // A server that stalls half-way through its answer ends the fetch at the

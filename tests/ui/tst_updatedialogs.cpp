@@ -4,6 +4,7 @@
 #include "launchertestmain.h"
 #include "launcherupdatewidget.h"
 #include "testfiles.h"
+#include "untrustedtlsserver.h"
 #include "updatehistorywidget.h"
 
 #include <QLabel>
@@ -218,6 +219,41 @@ private slots:
         QVERIFY(!m_launcher->getApplUpdater()->isDownloading());
         const QString ended = user == "close" ? "DownloadDialog::closed()" : "DownloadDialog::cancelClicked()";
         QCOMPARE(m_log.newLines().contains(ended), !user.isEmpty());
+    }
+
+    void untrustedInstaller_data()
+    {
+        QTest::addColumn<bool>("certificate"); // a server whose certificate is not trusted, or plain http elsewhere
+        QTest::addColumn<QString>("box");
+        // clang-format off
+        QTest::newRow("certificate not trusted") << true << "Error: The server's certificate could not be verified, so the installer was not downloaded.";
+        QTest::newRow("plain http, no digest") << false << "Error: The installer was not downloaded: it, or the update catalogue that names it, comes over an unencrypted connection";
+        // clang-format on
+    }
+
+    // The user learns why an installer was not fetched: the server's
+    // certificate failed, and the dialog stays until the user ends it; or
+    // nothing could vouch for the file, and the dialog never runs.
+    void untrustedInstaller()
+    {
+        QFETCH(bool, certificate);
+        QFETCH(QString, box);
+        UntrustedTlsServer tls;
+        QVERIFY(tls.start());
+        DownloadDialog dialog(true, nullptr);
+        dialog.setProcessLauncher(m_launcher);
+        answerBox(QMessageBox::Ok);
+        if (!certificate) {
+            QVERIFY(!dialog.startDownload("http://dl.zanmir.example/" + m_installer, m_installer));
+        } else {
+            QVERIFY(dialog.startDownload(tls.url("/installer"), m_installer));
+            click(&dialog, "cancelButton");
+            QCOMPARE(dialog.exec(), 0);
+            QVERIFY(tls.handshakes() > 0);
+        }
+        QCOMPARE(m_boxes.size(), 1);
+        QVERIFY2(m_boxes.first().startsWith(box), qPrintable(m_boxes.first()));
+        QVERIFY(!QFile::exists(downloaded()));
     }
 
     void historyDialog_data()

@@ -256,6 +256,58 @@ private slots:
         QCOMPARE(m_server.requestCount("/elsewhere"), 0);
     }
 
+    void installerSource_data()
+    {
+        QTest::addColumn<QString>("catalogue"); // where the catalogue came from
+        QTest::addColumn<QString>("installer"); // its address; empty for the test's server on this machine
+        QTest::addColumn<bool>("digest");
+        QTest::addColumn<QString>("refusal"); // the end of the reason; empty when the download runs
+        const QString plainCatalogue = "the catalogue that names it came over plain http from update.zanmir.example";
+        // clang-format off
+        QTest::newRow("catalogue over https") << "https://update.zanmir.example/u.json" << "" << false << "";
+        QTest::newRow("catalogue from this machine") << "http://127.0.0.1:8/u.json" << "" << false << "";
+        QTest::newRow("catalogue over plain http") << "http://update.zanmir.example/u.json" << "" << false << plainCatalogue;
+        QTest::newRow("the same, mixed case") << "HTTP://Update.Zanmir.Example/u.json" << "" << false << plainCatalogue;
+        QTest::newRow("the same, with digest") << "http://update.zanmir.example/u.json" << "" << true << "";
+        QTest::newRow("installer over plain http") << "https://update.zanmir.example/u.json" << "http://dl.zanmir.example/setup.exe" << false << "it would come over plain http from dl.zanmir.example";
+        QTest::newRow("local installer") << "https://update.zanmir.example/u.json" << "file:///bin/sh" << true << "is not at an http or https address: [file:///bin/sh]";
+        // clang-format on
+    }
+
+    // An installer that came, or whose catalogue came, over plain http from
+    // another machine is fetched only with its digest; one that is not at a
+    // web address never. A refusal comes before any request.
+    void installerSource()
+    {
+        QFETCH(QString, catalogue);
+        QFETCH(QString, installer);
+        QFETCH(bool, digest);
+        QFETCH(QString, refusal);
+        const QByteArray body = pattern(1000);
+        const QByteArray sha256 = digest ? QCryptographicHash::hash(body, QCryptographicHash::Sha256).toHex() : "";
+        QVERIFY(m_updater->setUpdateInfo(
+            CatalogueBuilder().entries({ "launcher 1.1.0.0" }).installer("setup.exe", "/x", sha256).bytes()));
+        m_updater->setCatalogueUrl(catalogue);
+        const QString served = serve(HttpFixture::ok(body));
+        const QString url = installer.isEmpty() ? served : installer;
+
+        QSignalSpy finished(m_updater.data(), SIGNAL(signalDownloadFinished(QString, bool)));
+        QCOMPARE(m_updater->startDownload(url, "setup.exe"), refusal.isEmpty());
+        if (refusal.isEmpty()) {
+            QVERIFY(finished.wait(10000));
+            QVERIFY(finished.first().at(1).toBool());
+            QCOMPARE(TestFiles::read(downloads() + "/setup.exe"), body);
+            return;
+        }
+        const QString error = m_updater->getErrorText();
+        QVERIFY2(error.startsWith("Download refused: setup.exe ") && error.endsWith(refusal), qPrintable(error));
+        QCOMPARE(m_log.last(), "ApplUpdater::startDownload: " + error);
+        // Refused on the spot: nothing was asked of any server.
+        QVERIFY(!m_updater->isDownloading());
+        QCOMPARE(finished.count(), 0);
+        QVERIFY(!QFile::exists(downloads() + "/setup.exe"));
+    }
+
     void cancel_data()
     {
         QTest::addColumn<QString>("server"); // what the server does when the cancel comes

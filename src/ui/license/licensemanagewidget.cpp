@@ -1,9 +1,9 @@
 #include "licensemanagewidget.h"
 #include "ui_licensemanagewidget.h"
 
+#include "desktophandover.h"
 #include "processlauncher.h"
 
-#include <QDesktopServices>
 #include <QUrl>
 
 LicenseManageWidget::LicenseManageWidget(QWidget *parent)
@@ -28,5 +28,5 @@ void LicenseManageWidget::openOnlineStore()
 {
     const QString url = m_launcher->getWebUrl(QStringLiteral("onlinestrore"));
     m_launcher->writeLog(QStringLiteral("LicenseManageWidget::openOnlineStore: %1").arg(url));
-    QDesktopServices::openUrl(QUrl(url, QUrl::TolerantMode));
+    DesktopHandOver::open(QUrl(url, QUrl::TolerantMode));
 }

@@ -82,8 +82,8 @@ int PackageManager::showUpdateHistoryDialog(int mode, const QString &applName, c
 {
     // Two question marks on purpose: the page reads its parameters so, and
     // the version is the fragment it jumps to.
-    const QString url = m_launcher->getApplInfo()->getWebUrl(QStringLiteral("editor_history_web"), QString())
-        + QStringLiteral("?p=t?i=a") + QStringLiteral("#") + version;
+    const QString url = m_launcher->getWebUrl(QStringLiteral("editor_history_web")) + QStringLiteral("?p=t?i=a")
+        + QStringLiteral("#") + version;
     UpdateHistoryWidget dialog(m_parentWidget);
     dialog.setProcessLauncher(m_launcher);
     dialog.setDialogMode(mode, applName, version, url);
@@ -100,7 +100,7 @@ bool PackageManager::findInstaller(
         return false;
     }
     // The catalogue's installer address gets the server and the suffix here.
-    url = m_launcher->getApplInfo()->getWebUrl(QStringLiteral("editor_installer_web"), path);
+    url = m_launcher->getWebUrl(QStringLiteral("editor_installer_web"), path);
     return true;
 }
 

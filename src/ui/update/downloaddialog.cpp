@@ -31,10 +31,13 @@ void DownloadDialog::setProcessLauncher(ProcessLauncher *launcher)
 bool DownloadDialog::startDownload(const QString &url, const QString &fileName)
 {
     ApplUpdater *updater = m_launcher->getApplUpdater();
+    // The one refusal before a download: an installer that nothing could vouch for.
     if (!updater->startDownload(url, fileName)) {
         QMessageBox::critical(this, tr("Error"),
-            tr("Failed to start downloading.\n\nPlease check that the network is connected properly.\nIf you are "
-               "using a proxy server, make the settings described in the manual."),
+            tr("The installer was not downloaded: it, or the update catalogue that names it, comes over an "
+               "unencrypted connection (plain http), and the catalogue gives no checksum to show that it is the "
+               "maker's file.\n\n%1")
+                .arg(updater->getErrorText()),
             QMessageBox::Ok);
         return false;
     }
@@ -64,7 +67,7 @@ void DownloadDialog::downloadFinished(const QString &message, bool b)
     if (!b) {
         // The dialog stays open with the bar where it stopped: the user ends
         // it, with Cancel or the close button.
-        QMessageBox::critical(this, tr("Error"), message, QMessageBox::Ok);
+        QMessageBox::critical(this, tr("Error"), failureText(message), QMessageBox::Ok);
         return;
     }
     // With the wait flag the whole program stops here until the file has ended.
@@ -74,6 +77,16 @@ void DownloadDialog::downloadFinished(const QString &message, bool b)
         return;
     }
     accept();
+}
+
+QString DownloadDialog::failureText(const QString &message) const
+{
+    const QString certificate = m_launcher->getApplUpdater()->getCertificateErrors();
+    if (certificate.isEmpty())
+        return message;
+    return tr("The server's certificate could not be verified, so the installer was not downloaded. Someone may be "
+              "intercepting the connection, or the server is set up wrongly.\n\n%1\n%2")
+        .arg(certificate, message);
 }
 
 void DownloadDialog::cancelClicked()

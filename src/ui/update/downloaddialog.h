@@ -25,7 +25,8 @@ public:
 
     // Called first, before startDownload.
     void setProcessLauncher(ProcessLauncher *launcher);
-    // Only after true is the dialog run; on false the user has been told.
+    // Only after true is the dialog run; on false the user has been told why
+    // the installer was refused.
     bool startDownload(const QString &url, const QString &fileName);
 
 public slots:
@@ -38,6 +39,9 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    // The words of a failed download for the user.
+    QString failureText(const QString &message) const;
+
     Ui::DownloadDialog *ui;
     ProcessLauncher *m_launcher = nullptr;
     bool m_wait;

@@ -57,8 +57,7 @@ void LauncherUpdateWidget::clicked()
     dialog->setProcessLauncher(m_launcher);
     const QString target = m_launcher->getTargetSystemName();
     const QString fileName = latest.getFileName(target);
-    const QString url
-        = m_launcher->getApplInfo()->getWebUrl(QStringLiteral("launcher_installer_web"), latest.getUrl(target));
+    const QString url = m_launcher->getWebUrl(QStringLiteral("launcher_installer_web"), latest.getUrl(target));
     if (!dialog->startDownload(url, fileName)) {
         delete dialog;
         return;

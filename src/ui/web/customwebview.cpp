@@ -1,15 +1,29 @@
 #include "customwebview.h"
 
+#include "desktophandover.h"
+
 #include <QContextMenuEvent>
-#include <QDesktopServices>
 #include <QMouseEvent>
 #include <QWebFrame>
 #include <QWebHitTestResult>
 #include <QWebPage>
+#include <QWebSettings>
 
 CustomWebView::CustomWebView(QWidget *parent)
     : QWebView(parent)
-{ }
+{
+    // Whoever controls the network path writes these pages. A local page may
+    // otherwise read the user's files and send them away; plugins run native
+    // code; storage and databases would carry one page's data to the next run.
+    QWebSettings *pageSettings = settings();
+    pageSettings->setAttribute(QWebSettings::LocalContentCanAccessFileUrls, false);
+    pageSettings->setAttribute(QWebSettings::LocalContentCanAccessRemoteUrls, false);
+    pageSettings->setAttribute(QWebSettings::PluginsEnabled, false);
+    pageSettings->setAttribute(QWebSettings::JavaEnabled, false);
+    pageSettings->setAttribute(QWebSettings::LocalStorageEnabled, false);
+    pageSettings->setAttribute(QWebSettings::OfflineStorageDatabaseEnabled, false);
+    pageSettings->setAttribute(QWebSettings::OfflineWebApplicationCacheEnabled, false);
+}
 
 CustomWebView::~CustomWebView()
 {
@@ -20,17 +34,39 @@ CustomWebView::~CustomWebView()
 void CustomWebView::mousePressEvent(QMouseEvent *event)
 {
     m_lastPosition = event->pos();
+    m_userAction = true;
+    m_refusalLogged = false;
     QWebView::mousePressEvent(event);
+}
+
+void CustomWebView::mouseReleaseEvent(QMouseEvent *event)
+{
+    // A click's handlers run here; after them the press is used up.
+    QWebView::mouseReleaseEvent(event);
+    m_userAction = false;
 }
 
 void CustomWebView::contextMenuEvent(QContextMenuEvent *event)
 {
     m_lastPosition = event->pos();
+    m_userAction = true;
+    m_refusalLogged = false;
+    // The menu runs inside, its new-window actions included.
     QWebView::contextMenuEvent(event);
+    m_userAction = false;
 }
 
 QWebView *CustomWebView::createWindow(QWebPage::WebWindowType type)
 {
+    // A script of the page's own, on a timer or in a loop, opens nothing.
+    if (!m_userAction) {
+        if (!m_refusalLogged)
+            writeLog(QStringLiteral("CustomWebView::createWindow: Refused a new window that no click asked for"));
+        m_refusalLogged = true;
+        return nullptr;
+    }
+    m_userAction = false;
+
     // The engine wants a view to load into; it gets one, hidden, and the
     // request itself ends here.
     auto *view = new QWebView;
@@ -45,6 +81,17 @@ QWebView *CustomWebView::createWindow(QWebPage::WebWindowType type)
     // What opens is the link under the last press, not what a script asked
     // for: the pages open their links through new-window requests.
     const QUrl link = this->page()->mainFrame()->hitTestContent(m_lastPosition).linkUrl();
-    QDesktopServices::openUrl(link);
+    if (!DesktopHandOver::isAllowed(link)) {
+        writeLog(QStringLiteral("CustomWebView::createWindow: %1").arg(DesktopHandOver::refusalText(link)));
+        return nullptr;
+    }
+    // A desktop that cannot open it is ignored, as a failed hand-over always was.
+    DesktopHandOver::open(link);
     return nullptr;
+}
+
+void CustomWebView::writeLog(const QString &message) const
+{
+    if (m_log)
+        m_log(message);
 }

@@ -1,8 +1,11 @@
 #include "webbrowserwidget.h"
 #include "ui_webbrowserwidget.h"
 
+#include "httpaccessutility.h"
 #include "processlauncher.h"
 
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QWebFrame>
 #include <QWebSettings>
 
@@ -21,8 +24,11 @@ WebBrowserWidget::~WebBrowserWidget()
 void WebBrowserWidget::setProcessLauncher(ProcessLauncher *launcher)
 {
     m_launcher = launcher;
+    ui->webView->setLogFunction([launcher](const QString &message) { launcher->writeLog(message); });
     connect(ui->webView, SIGNAL(linkClicked(QUrl)), this, SLOT(linkClicked(QUrl)));
     connect(ui->webView, SIGNAL(loadFinished(bool)), this, SLOT(loadFinished(bool)));
+    connect(ui->webView->page()->networkAccessManager(), SIGNAL(sslErrors(QNetworkReply *, QList<QSslError>)), this,
+        SLOT(certificateRefused(QNetworkReply *, QList<QSslError>)));
 }
 
 void WebBrowserWidget::setUrl(const QString &url)
@@ -55,4 +61,11 @@ void WebBrowserWidget::loadFinished(bool b)
     // successful load of its own, which stores what is shown under the
     // same address.
     ui->webView->setHtml(m_launcher->restoreOfflineFile(m_currentUrl), QUrl());
+}
+
+void WebBrowserWidget::certificateRefused(QNetworkReply *reply, const QList<QSslError> &errors)
+{
+    // Not ignored: the load fails, and the kept copy is shown.
+    m_launcher->writeLog(QStringLiteral("WebBrowserWidget::certificateRefused: [%1] %2")
+                             .arg(reply->url().toString(), HTTPAccessUtility::certificateErrorText(errors)));
 }

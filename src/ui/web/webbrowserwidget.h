@@ -1,11 +1,14 @@
 #ifndef WEBBROWSERWIDGET_H
 #define WEBBROWSERWIDGET_H
 
+#include <QList>
+#include <QSslError>
 #include <QString>
 #include <QUrl>
 #include <QWidget>
 
 class ProcessLauncher;
+class QNetworkReply;
 
 namespace Ui {
 class WebBrowserWidget;
@@ -29,6 +32,7 @@ public:
 public slots:
     void linkClicked(const QUrl &url);
     void loadFinished(bool b);
+    void certificateRefused(QNetworkReply *reply, const QList<QSslError> &errors);
 
 private:
     Ui::WebBrowserWidget *ui;
