@@ -27,6 +27,7 @@ bool ProcessLauncher::prepareApplUpdater()
         }
     } else {
         writeLog(prefix + QStringLiteral("Failed to load ApplUpdateInfo from server: [%1]").arg(url));
+        writeLog(prefix + m_httpAccess.getErrorText());
     }
 
     if (!found) {
