@@ -37,7 +37,8 @@ private:
         if (!QTest::qWaitFor([&]() { return finished.count() >= loads; }, 10000))
             return nullptr;
         // The widget answers each finished load before the spy sees it, so a
-        // further load would have started by now.
+        // further load would have started by now, or been posted.
+        QCoreApplication::sendPostedEvents();
         return started.count() == loads && finished.count() == loads ? view : nullptr;
     }
     static QString text(QWebView *view) { return view->page()->mainFrame()->toPlainText().trimmed(); }
