@@ -299,9 +299,10 @@ ApplInfo::WriteLock ApplInfo::takeWriteLock(QLockFile &lock)
             m_lockText = lockText.arg(getWriteLockFilePath(), QStringLiteral("held by another process"));
             return WriteLock::HeldElsewhere;
         }
-        // No process can hold a lock there either, so the write goes ahead
-        // without it and ends as it would have with it: a read-only data
-        // folder does not stop a project from opening.
+        // Where this process cannot make the lock, the user's other launcher
+        // processes cannot either, so it would guard nothing: the write goes
+        // ahead without it and ends as it would have with it. A read-only
+        // data folder does not stop a project from opening.
         const QFileInfo folder(QFileInfo(m_filePath).path());
         const QString reason = !folder.exists() ? QStringLiteral("its folder is missing")
             : !folder.isWritable()              ? QStringLiteral("its folder cannot be written")
