@@ -65,8 +65,9 @@ public:
     bool getLocale(QString &locale) const;
     // Where the single-instance lock lies: beside the manager file.
     QString getLockFilePath() const;
-    // After a save: names the copy kept of a manager file that did not parse, if one was kept.
-    void logManagerFileBackup(const QString &format);
+    // After a save, beside its outcome: the copy kept of a manager file that
+    // did not parse, and what became of the write lock when it was not taken.
+    void logManagerFileNotes(const QString &format);
     QList<ApplUpdateInfo> getInstallableVersions();
 
     // --- Current editor, pins and recent projects -------------------------

@@ -26,7 +26,7 @@ bool writeChange(
         change();
         launcher.writeLog(format.arg(applInfo->getInfoText()));
     });
-    launcher.logManagerFileBackup(format);
+    launcher.logManagerFileNotes(format);
     launcher.writeLog(format.arg(written ? applInfo->getInfoText() : applInfo->getErrorText()));
     return written;
 }
@@ -45,7 +45,7 @@ bool ProcessLauncher::readApplInfo(bool testMode)
     // Missing, broken or incomplete: write what could be read, defaults for
     // the rest, and read that back.
     const bool created = m_applInfo->createFile();
-    logManagerFileBackup(QStringLiteral("ProcessLauncher::readApplInfo: %1"));
+    logManagerFileNotes(QStringLiteral("ProcessLauncher::readApplInfo: %1"));
     if (!created)
         return false;
     writeLog(QStringLiteral("ProcessLauncher::readApplInfo: %1").arg(m_applInfo->getInfoText()));
@@ -96,10 +96,12 @@ bool ProcessLauncher::reloadApplInfo()
     return historyForms(m_applInfo->getHistories()) != before;
 }
 
-void ProcessLauncher::logManagerFileBackup(const QString &format)
+void ProcessLauncher::logManagerFileNotes(const QString &format)
 {
-    if (!m_applInfo->getBackupText().isEmpty())
-        writeLog(format.arg(m_applInfo->getBackupText()));
+    for (const QString &note : { m_applInfo->getBackupText(), m_applInfo->getLockText() }) {
+        if (!note.isEmpty())
+            writeLog(format.arg(note));
+    }
 }
 
 QString ProcessLauncher::getWebUrl(const QString &webType, const QString &defaultText)
@@ -185,7 +187,7 @@ bool ProcessLauncher::saveSettings(const std::function<void()> &change)
 {
     const bool saved = saveApplInfo(change);
     const QString format = QStringLiteral("EditorLaunch::saveSettings: %1");
-    logManagerFileBackup(format);
+    logManagerFileNotes(format);
     writeLog(format.arg(saved ? m_applInfo->getInfoText() : m_applInfo->getErrorText()));
     return saved;
 }

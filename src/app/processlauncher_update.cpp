@@ -85,7 +85,7 @@ void ProcessLauncher::saveWebVersion(const QString &webType)
 {
     // The page counts as seen once opened; the badge follows at the next refresh.
     m_applInfo->saveWebVersion(webType, m_applUpdater->getWebUpdateInfo(webType));
-    logManagerFileBackup(QStringLiteral("ProcessLauncher::saveWebVersion: %1"));
+    logManagerFileNotes(QStringLiteral("ProcessLauncher::saveWebVersion: %1"));
 }
 
 QList<ApplUpdateInfo> ProcessLauncher::getInstallableVersions()

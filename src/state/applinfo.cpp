@@ -29,6 +29,10 @@ const QString kNewsWeb = QStringLiteral("newsweb");
 const QString kHowtoWeb = QStringLiteral("howtoweb");
 const QString kHistoryEdited = QStringLiteral("Registory file is edit.");
 const QString kBackupTimeFormat = QStringLiteral("yyyyMMdd-hhmmss");
+// Failed writes leave these in the info text, so that a caller logging the
+// error text after a failure logs the one from before.
+const QString kCreateFailed = QStringLiteral("Failed to create ApplInfo file: %1");
+const QString kUpdateFailed = QStringLiteral("Failed to update ApplInfo file: %1");
 // A writer holds the lock for one read and one write of a small file.
 const int kWriteLockStaleMsecs = 5000;
 const int kWriteLockWaitMsecs = 5000;
@@ -165,14 +169,18 @@ bool ApplInfo::createFile()
 {
     m_backupText.clear();
     QLockFile lock(getWriteLockFilePath());
-    if (!takeWriteLock(lock))
-        return false;
+    const WriteLock locked = takeWriteLock(lock);
+    // The error text keeps what the failed load said, whatever happens here.
+    if (locked == WriteLock::HeldElsewhere)
+        return failForHeldLock(kCreateFailed);
 
     // Another process may have written the file since this one looked.
     QString text;
     const FileState state = readCurrentFile(&text);
     if (state == FileState::Complete) {
         m_infoText = QStringLiteral("ApplInfo file loaded: %1").arg(m_filePath);
+        if (locked == WriteLock::Unavailable)
+            noteSavedWithoutLock(true, false);
         return true;
     }
     if (state == FileState::Unparsable) {
@@ -187,22 +195,19 @@ bool ApplInfo::createFile()
     mirrorAll();
 
     TextFileWriter writer(m_filePath);
-    if (!writer.writeNew(QString::fromUtf8(m_document.toJson()))) {
-        // The info text on purpose: callers log it either way.
-        m_infoText = QStringLiteral("Failed to create ApplInfo file: %1").arg(writer.getErrorText());
-        return false;
-    }
-    m_infoText = QStringLiteral("ApplInfo file created: %1").arg(m_filePath);
-    return true;
+    const bool created = writer.writeNew(QString::fromUtf8(m_document.toJson()));
+    m_infoText = created ? QStringLiteral("ApplInfo file created: %1").arg(m_filePath)
+                         : kCreateFailed.arg(writer.getErrorText());
+    if (locked == WriteLock::Unavailable)
+        noteSavedWithoutLock(created, true);
+    return created;
 }
 
 bool ApplInfo::updateFile()
 {
     TextFileWriter writer(m_filePath);
     if (!writer.replace(QString::fromUtf8(m_document.toJson()))) {
-        // Into the info text as well, so that a caller logging the error text
-        // after a failure logs the previous one.
-        m_infoText = QStringLiteral("Failed to update ApplInfo file: %1").arg(writer.getErrorText());
+        m_infoText = kUpdateFailed.arg(writer.getErrorText());
         return false;
     }
     m_infoText = QStringLiteral("ApplInfo file updated: %1").arg(m_filePath);
@@ -213,11 +218,12 @@ bool ApplInfo::saveChange(const std::function<void()> &change)
 {
     m_backupText.clear();
     QLockFile lock(getWriteLockFilePath());
-    if (!takeWriteLock(lock)) {
+    const WriteLock locked = takeWriteLock(lock);
+    if (locked == WriteLock::HeldElsewhere) {
         // As after a failed write, the change holds in memory.
         if (change)
             change();
-        return false;
+        return failForHeldLock(kUpdateFailed);
     }
 
     QString onDisk;
@@ -226,12 +232,16 @@ bool ApplInfo::saveChange(const std::function<void()> &change)
     if (change)
         change();
     const QString text = QString::fromUtf8(m_document.toJson());
-    if (text == onDisk) {
-        // Nothing to write, and no flush to wait for.
+    // Nothing to write when the file says it already, and no flush to wait for.
+    const bool needsWrite = text != onDisk;
+    bool saved = true;
+    if (needsWrite)
+        saved = updateFile();
+    else
         m_infoText = QStringLiteral("ApplInfo file updated: %1").arg(m_filePath);
-        return true;
-    }
-    return updateFile();
+    if (locked == WriteLock::Unavailable)
+        noteSavedWithoutLock(saved, needsWrite);
+    return saved;
 }
 
 bool ApplInfo::reloadFile()
@@ -275,22 +285,53 @@ void ApplInfo::keepBackup()
         m_backupText = QStringLiteral("Failed to keep unreadable ApplInfo file as: %1").arg(backup);
 }
 
-bool ApplInfo::takeWriteLock(QLockFile &lock)
+ApplInfo::WriteLock ApplInfo::takeWriteLock(QLockFile &lock)
 {
     // Held only for a read and a write. Short polls rather than the growing
     // sleeps of a single tryLock(), so that a crowd of processes started
     // together gets through in turn; a lock whose process has died is
     // taken over by QLockFile at once.
+    m_lockText.clear();
     lock.setStaleLockTime(kWriteLockStaleMsecs);
     QDeadlineTimer deadline(kWriteLockWaitMsecs);
     while (!lock.tryLock(0)) {
-        if (lock.error() != QLockFile::LockFailedError || deadline.hasExpired()) {
-            m_errorText = QStringLiteral("Failed to lock ApplInfo file: %1").arg(getWriteLockFilePath());
-            return false;
+        if (lock.error() == QLockFile::LockFailedError && !deadline.hasExpired()) {
+            QThread::msleep(kWriteLockPollMsecs);
+            continue;
         }
-        QThread::msleep(kWriteLockPollMsecs);
+        const QString lockText = QStringLiteral("Failed to lock ApplInfo file: %1 (%2)");
+        if (lock.error() == QLockFile::LockFailedError) {
+            m_lockText = lockText.arg(getWriteLockFilePath(), QStringLiteral("held by another process"));
+            return WriteLock::HeldElsewhere;
+        }
+        // Where this process cannot make the lock, the user's other launcher
+        // processes cannot either, so it would guard nothing: the write goes
+        // ahead without it and ends as it would have with it. A read-only
+        // data folder does not stop a project from opening.
+        const QFileInfo folder(QFileInfo(m_filePath).path());
+        const QString reason = !folder.exists() ? QStringLiteral("its folder is missing")
+            : !folder.isWritable()              ? QStringLiteral("its folder cannot be written")
+                                                : QStringLiteral("it cannot be created");
+        m_lockText = lockText.arg(getWriteLockFilePath(), reason);
+        return WriteLock::Unavailable;
     }
-    return true;
+    return WriteLock::Taken;
+}
+
+bool ApplInfo::failForHeldLock(const QString &failureFormat)
+{
+    // The lock stands in for the writer, whose words it leaves.
+    m_infoText = failureFormat.arg(m_lockText);
+    m_lockText += QStringLiteral("; nothing saved");
+    return false;
+}
+
+void ApplInfo::noteSavedWithoutLock(bool saved, bool written)
+{
+    if (!saved)
+        m_lockText += QStringLiteral("; nothing saved: %1").arg(m_infoText);
+    else
+        m_lockText += written ? QStringLiteral("; written without it") : QStringLiteral("; nothing to write");
 }
 
 void ApplInfo::mirrorAll()
@@ -327,6 +368,11 @@ QString ApplInfo::getWriteLockFilePath() const
 QString ApplInfo::getBackupText() const
 {
     return m_backupText;
+}
+
+QString ApplInfo::getLockText() const
+{
+    return m_lockText;
 }
 
 QString ApplInfo::getWebUrl(const QString &webType, const QString &defaultText) const

@@ -42,9 +42,11 @@ public:
     // other launcher processes wrote meanwhile survives: under the write
     // lock the file is read again into the members and the document, the
     // change alters the members and mirrors them, and the file is written
-    // (not at all when that would not change it). Without the lock the change
-    // is made in memory only and the error text says why; a failed write
-    // leaves its words in the info text, as updateFile() does.
+    // (not at all when that would not change it). While another process
+    // holds the lock the change is made in memory only; where no lock can be
+    // made at all (a read-only folder), the write goes ahead without it.
+    // Either way a failure leaves its words in the info text, as
+    // updateFile() does, and getLockText() tells what became of the lock.
     bool saveChange(const std::function<void()> &change);
     // Takes in what other launcher processes wrote since: the file as it is
     // now replaces the members and the document. A file that does not parse
@@ -61,6 +63,10 @@ public:
     // Words on the copy that the last createFile() or saveChange() kept of a
     // file that did not parse, before writing over it; empty when none.
     QString getBackupText() const;
+    // Words on the write lock of the last createFile() or saveChange(), for
+    // the log beside the outcome: why it could not be taken, and whether the
+    // file was saved all the same; empty when it was taken.
+    QString getLockText() const;
 
     // The full address of a page or installer. An address that the catalogue
     // gave (a page record, an installer) is used only when it is an http or
@@ -114,6 +120,9 @@ signals:
 
 private:
     enum class FileState { Missing, Unparsable, Incomplete, Complete };
+    // Taken; held by another process; or not to be made, as in a folder that
+    // cannot be written.
+    enum class WriteLock { Taken, HeldElsewhere, Unavailable };
 
     // Reads the sections of the document into the members by the recovery
     // rules of loadFile(); true when all were there and sound.
@@ -122,7 +131,9 @@ private:
     // gives its text. A file that does not parse is copied aside first.
     FileState readCurrentFile(QString *text);
     void keepBackup();
-    bool takeWriteLock(QLockFile &lock);
+    WriteLock takeWriteLock(QLockFile &lock);
+    bool failForHeldLock(const QString &failureFormat);
+    void noteSavedWithoutLock(bool saved, bool written);
     void mirrorAll();
     void mirror(const QString &key, const QJsonValue &value);
     void mirrorLocale();
@@ -148,6 +159,7 @@ private:
     ProxyServerInfo m_proxyInfo;
     bool m_showAllVersions = false;
     QString m_backupText;
+    QString m_lockText;
 };
 
 #endif // APPLINFO_H

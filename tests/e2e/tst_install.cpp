@@ -14,15 +14,20 @@ class TestInstall : public QObject
     QTemporaryDir m_prefix;
     QScopedPointer<LauncherHarness> m_harness;
 
-    // Runs a tool to its end; its output goes to the test's own on failure.
+    // Runs a tool to its end; its output goes to the test's own on failure. A
+    // tool that is missing, hangs or crashes gives -1 and says why. (Qt reports
+    // status 0 for a program that never started.)
     static QString runTool(const QString &program, const QStringList &arguments, int *exitCode = nullptr)
     {
         QProcess process;
         process.start(program, arguments);
-        process.waitForFinished(60000);
+        const bool ended = process.waitForStarted(-1) && process.waitForFinished(60000)
+            && process.exitStatus() == QProcess::NormalExit;
         if (exitCode)
-            *exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-        return QString::fromLocal8Bit(process.readAllStandardOutput() + process.readAllStandardError()).trimmed();
+            *exitCode = ended ? process.exitCode() : -1;
+        const QString output
+            = QString::fromLocal8Bit(process.readAllStandardOutput() + process.readAllStandardError()).trimmed();
+        return ended ? output : program + ": " + process.errorString() + '\n' + output;
     }
     QString share(const QString &path) const { return m_prefix.path() + "/share/" + path; }
 
@@ -40,8 +45,10 @@ private slots:
             QVERIFY2(status == 0, qPrintable(said));
         }
         // A desktop session that has the prefix among its data folders, for the tools and launchers started.
-        qputenv("XDG_DATA_DIRS", QFile::encodeName(m_prefix.path() + "/share:/usr/share"));
+        const QString dataDirs = m_prefix.path() + "/share:/usr/share";
+        qputenv("XDG_DATA_DIRS", QFile::encodeName(dataDirs));
         m_harness.reset(new LauncherHarness);
+        m_harness->setEnvironmentValue("XDG_DATA_DIRS", dataDirs);
         QVERIFY(m_harness->isValid() && m_harness->registerVersions({ "2.0.03", "2.1.05" }));
     }
 

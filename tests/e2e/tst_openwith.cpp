@@ -149,6 +149,38 @@ private slots:
         QCOMPARE(files, expected);
     }
 
+    // A data folder that the user may not write (the manager file readable, nothing else):
+    // the project opens all the same, and the log says that nothing was saved and why.
+    void readOnlyDataFolder()
+    {
+        QVERIFY(ended(m_harness->run(paths({ "scene.xml" })), 0, 0));
+        const QString folder = m_harness->profile().launcherFolder(false);
+        const QString managerFile = m_harness->profile().managerFile();
+        const QByteArray before = TestFiles::read(managerFile);
+        const QFileDevice::Permissions readable
+            = QFileDevice::ReadOwner | QFileDevice::ReadGroup | QFileDevice::ReadOther;
+        const QFileDevice::Permissions browsable
+            = readable | QFileDevice::ExeOwner | QFileDevice::ExeGroup | QFileDevice::ExeOther;
+        QVERIFY(QFile::setPermissions(managerFile, readable) && QFile::setPermissions(folder, browsable));
+        LauncherRun *run = m_harness->startUnprivileged(paths({ "scene.zmr" }));
+        const bool done = run && run->waitForFinished(LauncherHarness::kDefaultTimeout);
+        QVERIFY(QFile::setPermissions(folder, browsable | QFileDevice::WriteOwner));
+        QVERIFY(done && ended(run, 0, 0));
+        QVERIFY(m_harness->waitForEditorStarts(2));
+        QCOMPARE(m_harness->editorStarts().at(1),
+            (QStringList { m_harness->profile().root() + "/editors/2.1.05-release/ZanmirEditor",
+                m_harness->projectPath("scene.zmr") }));
+        QCOMPARE(TestFiles::read(managerFile), before);
+        const QString lock
+            = "Failed to lock ApplInfo file: " + folder + "/ZanmirManager.write.lock (its folder cannot be written)";
+        const QString log = m_harness->launcherLog();
+        QVERIFY2(log.contains("EditorLaunch::saveSettings: " + lock + "; nothing to write\n"), qPrintable(log));
+        QVERIFY2(
+            log.contains("ProcessLauncher::appendHistoryInfo: " + lock
+                + "; nothing saved: Failed to update ApplInfo file: Failed to open new file: " + managerFile + '\n'),
+            qPrintable(log));
+    }
+
     // Open-with takes no lock: with a main window open, two at once both start their editors.
     void openWithTakesNoLock()
     {

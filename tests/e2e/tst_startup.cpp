@@ -26,7 +26,7 @@ private slots:
         QFETCH(bool, logFolder);
         QFETCH(QString, arguments);
         LauncherHarness harness;
-        QVERIFY(harness.isValid() && (!logFolder || !harness.profile().launcherFolder(true).isEmpty()));
+        QVERIFY(harness.isValid() && (!logFolder || QDir(harness.profile().launcherFolder(true)).exists()));
         LauncherRun *run = harness.run({ "first.zmr", "-test" });
         QVERIFY2(run->exitedWith(1) && run->dialogs().size() == 1, qPrintable(run->describe()));
         QCOMPARE(run->dialogs().at(0).text, QStringLiteral("Failed in initialize."));

@@ -1,6 +1,7 @@
 #include "applinfo.h"
 #include "deploymentconfig.h"
 #include "testfiles.h"
+#include "testprivileges.h"
 #include "testprofile.h"
 
 #include <QJsonArray>
@@ -342,11 +343,83 @@ private slots:
         const QString written = TestFiles::readObject(profile.managerFile()).value("1.0.0")["locale"].toString();
         QCOMPARE(written, holderRuns ? QLocale::system().name() : "ja_JP");
         if (holderRuns) {
-            QCOMPARE(info.getErrorText(), "Failed to lock ApplInfo file: " + lockPath);
+            // The lock fails the save as a failed write would, and says so beside it.
+            const QString held = "Failed to lock ApplInfo file: " + lockPath + " (held by another process)";
+            QCOMPARE(info.getInfoText(), "Failed to update ApplInfo file: " + held);
+            QCOMPARE(info.getErrorText(), QString());
+            QCOMPARE(info.getLockText(), held + "; nothing saved");
             QVERIFY2(timer.elapsed() >= 4900, qPrintable(QString::number(timer.elapsed())));
         } else {
             QVERIFY(!QFile::exists(lockPath));
+            QCOMPARE(info.getLockText(), QString());
         }
+    }
+
+    // Where the folder is missing, no lock can be made and the write goes
+    // ahead without it. Its failure leaves the writer's words in the info
+    // text, the error text keeps what the load said, and the lock's words
+    // come beside them.
+    void failureTextsWithoutAFolder()
+    {
+        TestProfile profile;
+        const QString folder = profile.root() + "/missing", file = folder + "/ZanmirManager.json";
+        const QString lock
+            = "Failed to lock ApplInfo file: " + folder + "/ZanmirManager.write.lock (its folder is missing)";
+        ApplInfo info(file, false, nullptr);
+        QVERIFY(!info.loadFile());
+        const QString loadError = info.getErrorText();
+        QCOMPARE(loadError, QString("Failed to load ApplInfo file: "));
+
+        QVERIFY(!info.createFile());
+        QCOMPARE(info.getInfoText(), "Failed to create ApplInfo file: Failed to open new file: " + file);
+        QCOMPARE(info.getErrorText(), loadError);
+        QCOMPARE(info.getLockText(), lock + "; nothing saved: " + info.getInfoText());
+
+        QVERIFY(!info.saveChange([&info]() { info.setLocale("ja_JP"); }));
+        QCOMPARE(info.getInfoText(), "Failed to update ApplInfo file: Failed to open new file: " + file);
+        QCOMPARE(info.getErrorText(), loadError);
+        QCOMPARE(info.getLockText(), lock + "; nothing saved: " + info.getInfoText());
+    }
+
+    void readOnlyFolder_data()
+    {
+        QTest::addColumn<bool>("fileWritable");
+        QTest::addColumn<QString>("outcome"); // of the save, after the lock's words
+        QTest::newRow("file writable") << true << "written without it";
+        QTest::newRow("file read-only") << false
+                                        << "nothing saved: Failed to update ApplInfo file: Failed to open new file: ";
+    }
+
+    // A folder that cannot be written holds no lock, and a save ends as the
+    // write would have: in place where the file itself may be written.
+    void readOnlyFolder()
+    {
+        QFETCH(bool, fileWritable);
+        QFETCH(QString, outcome);
+        QVERIFY(TestPrivileges::dropFileOverride());
+        TestProfile profile;
+        const QString folder = profile.launcherFolder(), file = profile.managerFile();
+        ApplInfo info(file, false, nullptr);
+        QVERIFY(info.createFile());
+        QVERIFY(QFile::setPermissions(
+            file, fileWritable ? QFileDevice::ReadOwner | QFileDevice::WriteOwner : QFileDevice::ReadOwner));
+        QVERIFY(QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::ExeOwner));
+        const bool saved = info.saveChange([&info]() { info.setLocale("ja_JP"); });
+        const QString lockText = info.getLockText();
+        QVERIFY(
+            QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
+        QCOMPARE(saved, fileWritable);
+        QCOMPARE(lockText,
+            "Failed to lock ApplInfo file: " + folder + "/ZanmirManager.write.lock (its folder cannot be written); "
+                + outcome + (fileWritable ? QString() : file));
+        QCOMPARE(TestFiles::readObject(file).value("1.0.0")["locale"].toString(),
+            fileWritable ? "ja_JP" : QLocale::system().name());
+        // Nothing needs the lock when the file says so already.
+        QVERIFY(QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::ExeOwner));
+        QVERIFY(info.saveChange({}));
+        QVERIFY(info.getLockText().endsWith("; nothing to write"));
+        QVERIFY(
+            QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
     }
 };
 

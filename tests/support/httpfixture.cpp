@@ -1,6 +1,7 @@
 #include "httpfixture.h"
 
 #include <QDeadlineTimer>
+#include <QFile>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QTcpSocket>
@@ -9,7 +10,10 @@
 bool HttpFixture::listen(quint16 port)
 {
     connect(&m_server, SIGNAL(newConnection()), this, SLOT(acceptConnection()), Qt::UniqueConnection);
-    return m_server.listen(QHostAddress::LocalHost, port);
+    if (!m_server.listen(QHostAddress::LocalHost, port))
+        return false;
+    m_port = m_server.serverPort();
+    return true;
 }
 
 void HttpFixture::acceptConnection()
@@ -29,6 +33,7 @@ void HttpFixture::readRequest()
     const QByteArray request = socket->readAll();
     const QString path = QString::fromLatin1(request.left(request.indexOf("\r\n")).split(' ').value(1));
     ++m_requests[path];
+    connect(socket, &QTcpSocket::disconnected, this, [this, path]() { ++m_closed[path]; });
     const Answer answer = m_answers.value(path, status(404, "Not Found", "no such page"));
     if (answer.status.isEmpty()) {
         if (!answer.stall)
@@ -65,18 +70,28 @@ void HttpFixture::readRequest()
 
 bool FileStoreServer::start()
 {
-    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    // The server logs every request, and nothing reads its output while a
+    // test waits for a launcher: into a pipe, a full one would stop it. So
+    // only its address comes through the pipe; the rest goes to a file.
+    m_process.setStandardErrorFile(m_directory + QStringLiteral(".log"));
     // On port 0 the server binds a free port and names it once it listens.
     m_process.start(QStringLiteral("python3"),
         QStringLiteral("-u -m http.server --bind 127.0.0.1 --directory").split(' ') << m_directory << "0");
     const QDeadlineTimer deadline(15000);
     while (m_process.waitForReadyRead(int(deadline.remainingTime()))) {
-        m_output += m_process.readAll();
-        const QRegularExpressionMatch match = QRegularExpression(QStringLiteral(" port (\\d+) ")).match(output());
+        m_output += m_process.readAllStandardOutput();
+        const QRegularExpressionMatch match
+            = QRegularExpression(QStringLiteral(" port (\\d+) ")).match(QString::fromLocal8Bit(m_output));
         if (match.hasMatch()) {
             m_port = match.captured(1).toUShort();
             return true;
         }
     }
     return false;
+}
+
+QString FileStoreServer::output() const
+{
+    QFile log(m_directory + QStringLiteral(".log"));
+    return QString::fromLocal8Bit(m_output + (log.open(QIODevice::ReadOnly) ? log.readAll() : QByteArray()));
 }

@@ -51,20 +51,28 @@ public:
     // Listens on 127.0.0.1, on a free port unless one is given.
     bool listen(quint16 port = 0);
     void close() { m_server.close(); }
-    quint16 port() const { return m_server.serverPort(); }
+    // The port of the last listen(), also while closed, so that the server
+    // comes back where its clients look for it.
+    quint16 port() const { return m_port; }
     QString url(const QString &path) const { return QStringLiteral("http://127.0.0.1:%1%2").arg(port()).arg(path); }
     // The path is the request target as it arrives, query included.
     void setAnswer(const QString &path, const Answer &answer) { m_answers.insert(path, answer); }
     int requestCount(const QString &path) const { return m_requests.value(path); }
+    // Connections whose request was for that path and that have closed since;
+    // with an answer that never ends, each is the client giving up.
+    int closedCount(const QString &path) const { return m_closed.value(path); }
 
 private slots:
     void acceptConnection();
     void readRequest();
 
 private:
-    QTcpServer m_server;
+    quint16 m_port = 0;
     QHash<QString, Answer> m_answers;
     QHash<QString, int> m_requests;
+    QHash<QString, int> m_closed;
+    // Last, so that it goes first: its connections, closing as it goes, are still counted.
+    QTcpServer m_server;
 };
 
 // A plain file store for the update catalogue and pages: "python3 -m
@@ -81,8 +89,9 @@ public:
     bool start();
     void stop() { m_process.close(); } // kills it and waits
     QString url(const QString &path) const { return QStringLiteral("http://127.0.0.1:%1%2").arg(m_port).arg(path); }
-    // What the server printed, for a failed start.
-    QString output() const { return QString::fromLocal8Bit(m_output); }
+    // What the server printed, for a failed start: its address, and its
+    // complaints and the requests it served in a file beside the folder.
+    QString output() const;
 
 private:
     QString m_directory;

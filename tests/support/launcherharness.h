@@ -29,29 +29,34 @@ public:
     { }
     ~LauncherRun();
 
-    // False when the process did not end in time; it is then killed, so a hang fails the test.
+    // False when the process did not start, or did not end in time; it is
+    // then killed, so a hang fails the test.
     bool waitForFinished(int msecs);
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
     bool timedOut() const { return m_timedOut; }
-    // True when the process ended by itself with this status.
+    // True when the process started and ended by itself with this status.
+    // (Qt reports status 0 for a program that never started.)
     bool exitedWith(int code) const
     {
-        return !m_timedOut && m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == code;
+        return m_started && !m_timedOut && m_process.exitStatus() == QProcess::NormalExit
+            && m_process.exitCode() == code;
     }
     QList<DialogRecord> dialogs() const;
-    // The steps of a ZANMIR_TEST_SCRIPT that did not succeed.
-    QStringList failedSteps() const { return steps(false); }
-    // The steps that have succeeded so far, in their order.
-    QStringList doneSteps() const { return steps(true); }
-    // Exit status and dialogs, for failure messages; stderr goes to the test's own.
+    // The steps of the run's ZANMIR_TEST_SCRIPT that have not succeeded:
+    // those that failed and those never reached, in the script's order.
+    QStringList failedSteps() const;
+    // The steps that have succeeded so far, in the order they ended.
+    QStringList doneSteps() const;
+    // Exit status, dialogs and missing steps, for failure messages; stderr goes to the test's own.
     QString describe() const;
 
 private:
     friend class LauncherHarness;
-    QStringList steps(bool ok) const;
 
     QProcess m_process;
     QString m_dialogLog;
+    QStringList m_script;
+    bool m_started = false;
     bool m_timedOut = false;
 };
 
@@ -92,7 +97,14 @@ public:
     LauncherRun *start(const QStringList &arguments) { return startProgram(ZANMIR_LAUNCHER_BINARY, arguments); }
     // Starts another program in the launcher's environment, such as the desktop's opener;
     // a script must not get the watchdog preloaded.
-    LauncherRun *startProgram(const QString &program, const QStringList &arguments, bool watchdog = true);
+    LauncherRun *startProgram(const QString &program, const QStringList &arguments, bool watchdog = true)
+    {
+        return launch({}, program, arguments, watchdog);
+    }
+    // Starts a launcher as a user whom permissions bind. The suite may run
+    // as root, who writes anywhere: root's launcher runs as "nobody", to whom
+    // the profile then belongs, with the modes it has (null when it cannot).
+    LauncherRun *startUnprivileged(const QStringList &arguments);
     // Starts a launcher and waits for it to end.
     LauncherRun *run(const QStringList &arguments, int msecs = kDefaultTimeout);
 
@@ -105,6 +117,11 @@ public:
 
 private:
     QProcessEnvironment environment(const QString &dialogLog) const;
+    // Runs the program behind the helper command, if any (such as setpriv).
+    // With the watchdog the run follows ZANMIR_TEST_SCRIPT, and the program
+    // gets the preloads: in its environment or, behind a helper, through env,
+    // so that the helper itself runs without them.
+    LauncherRun *launch(const QStringList &helper, const QString &program, const QStringList &arguments, bool watchdog);
 
     TestProfile m_profile;
     QString storePath(const QString &url) const { return m_profile.root() + QStringLiteral("/store") + url; }

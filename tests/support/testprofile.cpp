@@ -5,27 +5,69 @@
 #include <QDir>
 #include <QSettings>
 
+namespace {
+
 // Each variable and the folder under the profile that it points to.
-static const char *const kVariables[][2] = { { "HOME", "home" }, { "XDG_DATA_HOME", "data" },
-    { "XDG_CONFIG_HOME", "config" }, { "XDG_RUNTIME_DIR", "runtime" }, { "XDG_CACHE_HOME", "cache" } };
+const char *const kVariables[][2] = { { "HOME", "home" }, { "XDG_DATA_HOME", "data" }, { "XDG_CONFIG_HOME", "config" },
+    { "XDG_RUNTIME_DIR", "runtime" }, { "XDG_CACHE_HOME", "cache" } };
+
+// The profiles alive, oldest first. The variables point at the newest, and
+// at what they were before the first once the last has gone, whatever order
+// the profiles go in: a test that makes the next profile before the last one
+// goes must not end up in the user's real folders or in a deleted profile.
+QList<const TestProfile *> g_profiles;
+QHash<QByteArray, QByteArray> g_before; // only the variables that were set
+
+} // namespace
 
 TestProfile::TestProfile()
 {
-    for (const auto &variable : kVariables) {
-        m_saved.insert(variable[0], qgetenv(variable[0]));
-        const QString folder = root() + '/' + QLatin1String(variable[1]);
-        QDir().mkpath(folder);
-        qputenv(variable[0], QFile::encodeName(folder));
+    if (g_profiles.isEmpty()) {
+        g_before.clear();
+        for (const auto &variable : kVariables) {
+            if (qEnvironmentVariableIsSet(variable[0]))
+                g_before.insert(variable[0], qgetenv(variable[0]));
+        }
     }
+    g_profiles.append(this);
+    for (const auto &variable : kVariables)
+        QDir().mkpath(root() + '/' + QLatin1String(variable[1]));
     // Qt refuses a runtime folder that others may enter.
     QFile::setPermissions(
         root() + "/runtime", QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    pointEnvironmentHere();
 }
 
 TestProfile::~TestProfile()
 {
-    for (auto it = m_saved.constBegin(); it != m_saved.constEnd(); ++it)
-        it.value().isEmpty() ? qunsetenv(it.key().constData()) : qputenv(it.key().constData(), it.value());
+    g_profiles.removeOne(this);
+    if (!g_profiles.isEmpty()) {
+        g_profiles.last()->pointEnvironmentHere();
+        return;
+    }
+    for (const auto &variable : kVariables) {
+        if (g_before.contains(variable[0]))
+            qputenv(variable[0], g_before.value(variable[0]));
+        else
+            qunsetenv(variable[0]);
+    }
+}
+
+bool TestProfile::isValid() const
+{
+    if (!m_dir.isValid())
+        return false;
+    for (const auto &variable : kVariables) {
+        if (QFile::decodeName(qgetenv(variable[0])) != root() + '/' + QLatin1String(variable[1]))
+            return false;
+    }
+    return true;
+}
+
+void TestProfile::pointEnvironmentHere() const
+{
+    for (const auto &variable : kVariables)
+        qputenv(variable[0], QFile::encodeName(root() + '/' + QLatin1String(variable[1])));
 }
 
 QString TestProfile::launcherFolder(bool create) const

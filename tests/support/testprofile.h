@@ -7,14 +7,16 @@
 
 // A fresh user profile for one test: HOME and the XDG folders point into a
 // temporary folder for the object's lifetime, so the launcher's state files,
-// uninstall records and log land there and nowhere else.
+// uninstall records and log land there and nowhere else. Of several profiles
+// alive at once, the newest has the variables.
 class TestProfile
 {
 public:
     TestProfile();
     ~TestProfile();
 
-    bool isValid() const { return m_dir.isValid(); }
+    // The folder is there and the variables point into it.
+    bool isValid() const;
     QString root() const { return m_dir.path(); }
     QString dataHome() const { return root() + QStringLiteral("/data"); }
     // G + "/Vorlix/ZanmirLauncher", made on request.
@@ -39,8 +41,9 @@ public:
     static QString uninstallerPath(const QString &subkey) { return "/opt/zanmir/" + subkey + "/uninstall"; }
 
 private:
+    void pointEnvironmentHere() const;
+
     QTemporaryDir m_dir;
-    QHash<QByteArray, QByteArray> m_saved;
 };
 
 #endif // TESTPROFILE_H

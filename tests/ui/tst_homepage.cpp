@@ -138,7 +138,8 @@ private slots:
         QTest::addColumn<QString>("warning");
         // clang-format off
         QTest::newRow("left press") << "" << int(Qt::LeftButton) << "2.1.05 " << "";
-        QTest::newRow("right press") << "" << int(Qt::RightButton) << "" << "";
+        // A start would fail at once, with a box: the press tried nothing if none came.
+        QTest::newRow("right press") << "no execute bit" << int(Qt::RightButton) << "" << "";
         QTest::newRow("program gone") << "gone" << int(Qt::LeftButton) << "" << "Editor can not be found.\nPlease add an editor on the application screen.\n\n2.1.05";
         QTest::newRow("program does not start") << "no execute bit" << int(Qt::LeftButton) << "" << "Failed to start the editor ver. 2.1.05.\n\nPlease install the editor of the displayed version again.";
         // clang-format on

@@ -74,15 +74,6 @@ private:
             return true;
         });
     }
-    void pause(int msecs)
-    {
-        auto until = std::make_shared<QDeadlineTimer>();
-        then([until, msecs]() {
-            if (until->isForever())
-                *until = QDeadlineTimer(msecs);
-            return until->hasExpired();
-        });
-    }
 
 public slots:
     void act()
@@ -195,12 +186,17 @@ private slots:
 
         DownloadDialog dialog(true, nullptr);
         dialog.setProcessLauncher(m_launcher);
+        const int requests = m_server.requestCount("/installer");
         QVERIFY(dialog.startDownload(m_server.url("/installer"), m_installer));
         if (!box.isEmpty())
             answerBox(QMessageBox::Ok);
         if (!user.isEmpty()) {
-            pause(300);
-            then([&dialog]() { return dialog.isVisible(); }); // still open after the box
+            // The user acts once the dialog is back in front after the box, or
+            // once the server has the request and the transfer is under way.
+            then([this, &dialog, &box, requests]() {
+                return QApplication::activeModalWidget() == &dialog && dialog.isVisible()
+                    && (!box.isEmpty() || m_server.requestCount("/installer") > requests);
+            });
             if (user == "close")
                 then([&dialog]() { return dialog.close(); });
             else if (user == "escape")

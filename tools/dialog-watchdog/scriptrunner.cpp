@@ -18,9 +18,14 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace {
 
 bool g_holdBoxes = false;
+// The steps whose action has not returned yet, the innermost last.
+QStringList g_underWay;
 
 // Visible widgets, the active modal window's first, then every top-level's.
 QList<QWidget *> searchRoots()
@@ -106,7 +111,9 @@ bool pickEntry(const QString &text)
 ScriptRunner::ScriptRunner(const QString &script, QObject *parent)
     : QObject(parent)
     , m_steps(script.split(QLatin1Char(';'), Qt::SkipEmptyParts))
+    , m_waitDeadline(kWaitMsecs)
 {
+    std::atexit(recordStepsUnderWay);
     QTimer::singleShot(0, this, SLOT(next()));
 }
 
@@ -129,7 +136,7 @@ QWidget *ScriptRunner::find(const QString &path) const
     return nullptr;
 }
 
-void ScriptRunner::record(const QString &step, bool ok) const
+void ScriptRunner::record(const QString &step, bool ok)
 {
     const QString logPath = qEnvironmentVariable("ZANMIR_TEST_DIALOG_LOG");
     QFile log(logPath);
@@ -141,48 +148,62 @@ void ScriptRunner::record(const QString &step, bool ok) const
     log.write(QJsonDocument(entry).toJson(QJsonDocument::Compact) + '\n');
 }
 
+void ScriptRunner::recordStepsUnderWay()
+{
+    // The program ends while they run (the update window's Cancel ends it at
+    // once): what they did, they did.
+    for (const QString &step : qAsConst(g_underWay))
+        record(step, true);
+    g_underWay.clear();
+}
+
+bool ScriptRunner::isWaitStep(const QString &command)
+{
+    static const QStringList kWaits { QStringLiteral("window"), QStringLiteral("waitfile"), QStringLiteral("waitrow"),
+        QStringLiteral("settle") };
+    return kWaits.contains(command);
+}
+
+bool ScriptRunner::arrived(const QString &command, const QString &argument) const
+{
+    if (command == QLatin1String("window")) {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        return std::any_of(windows.cbegin(), windows.cend(),
+            [&argument](const QWidget *window) { return window->isVisible() && window->windowTitle() == argument; });
+    }
+    if (command == QLatin1String("waitfile"))
+        return QFile::exists(argument);
+    if (command == QLatin1String("waitrow")) {
+        auto *view = qobject_cast<QAbstractItemView *>(find(argument.section(QLatin1Char(' '), 0, 0)));
+        const QModelIndex index = view && view->model()
+            ? view->model()->index(argument.section(QLatin1Char(' '), 1, 1).toInt(), 0)
+            : QModelIndex();
+        return index.isValid() && rowText(view, index) == argument.section(QLatin1Char(' '), 2);
+    }
+    return g_underWay.isEmpty(); // settle
+}
+
 void ScriptRunner::next()
 {
-    if (!m_waitingForTitle.isEmpty()) {
-        for (QWidget *window : QApplication::topLevelWidgets()) {
-            if (window->isVisible() && window->windowTitle() == m_waitingForTitle) {
-                record(QStringLiteral("window ") + m_waitingForTitle, true);
-                m_waitingForTitle.clear();
-                break;
-            }
-        }
-        if (!m_waitingForTitle.isEmpty()) {
-            QTimer::singleShot(50, this, SLOT(next()));
-            return;
-        }
-    }
     while (!m_steps.isEmpty()) {
-        const QString step = m_steps.takeFirst().trimmed();
+        const QString step = m_steps.first().trimmed();
         const QString command = step.section(QLatin1Char(' '), 0, 0);
         const QString argument = step.section(QLatin1Char(' '), 1);
-        if (command == QLatin1String("waitfile")) {
-            if (!QFile::exists(argument)) {
-                m_steps.prepend(step);
+        if (isWaitStep(command)) {
+            const bool there = arrived(command, argument);
+            if (!there && !m_waitDeadline.hasExpired()) {
                 QTimer::singleShot(50, this, SLOT(next()));
                 return;
             }
-            record(step, true);
+            // What has not come by the deadline is not coming: the step fails
+            // and the script goes on, so that the run ends by itself.
+            m_steps.removeFirst();
+            m_waitDeadline = QDeadlineTimer(kWaitMsecs);
+            record(step, there);
             continue;
         }
-        if (command == QLatin1String("settle")) {
-            if (m_running > 0) {
-                m_steps.prepend(step);
-                QTimer::singleShot(50, this, SLOT(next()));
-                return;
-            }
-            record(step, true);
-            continue;
-        }
-        if (command == QLatin1String("window")) {
-            m_waitingForTitle = argument;
-            QTimer::singleShot(0, this, SLOT(next()));
-            return;
-        }
+        m_steps.removeFirst();
+        m_waitDeadline = QDeadlineTimer(kWaitMsecs);
         if (command == QLatin1String("wait")) {
             record(step, true);
             QTimer::singleShot(argument.toInt(), this, SLOT(next()));
@@ -192,9 +213,9 @@ void ScriptRunner::next()
         // dialog returns only when the dialog closes, and the steps go on
         // inside the dialog's own loop meanwhile.
         QTimer::singleShot(100, this, SLOT(next()));
-        ++m_running;
+        g_underWay.append(step);
         const bool ok = run(command, argument);
-        --m_running;
+        g_underWay.removeLast();
         record(step, ok);
         return;
     }

@@ -1,6 +1,7 @@
 #ifndef SCRIPTRUNNER_H
 #define SCRIPTRUNNER_H
 
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QStringList>
 
@@ -13,6 +14,7 @@ class QWidget;
 //   window TITLE          wait until a visible window with that title exists
 //   wait MS               let the program run for that long
 //   waitfile PATH         wait until that file exists (a test's signal to go on)
+//   waitrow NAME ROW TEXT wait until row ROW of an item view shows TEXT (as "rows" writes it)
 //   shot FILE             save what the windows cover of the screen, as the user sees it, as PNG
 //   grab NAME FILE        save one widget, found by object name, as PNG
 //   click NAME            click a widget found by object name ("a/b": b inside a;
@@ -34,8 +36,10 @@ class QWidget;
 //   settle                wait until every such step has returned, so that
 //                         what follows sees the end of the flow it started
 //
-// Each step appends {"step", "ok"} to ZANMIR_TEST_DIALOG_LOG. A step that
-// fails (no such widget) is recorded and the script goes on.
+// Each step appends {"step", "ok"} to ZANMIR_TEST_DIALOG_LOG once it has
+// ended, or when the program exits during it. A step that fails (no such
+// widget; a wait that a minute did not end) is recorded and the script goes
+// on, so a step with no line never ran.
 class ScriptRunner : public QObject
 {
     Q_OBJECT
@@ -49,13 +53,20 @@ private slots:
     void next();
 
 private:
+    // Far beyond what a window or a flow takes even on a loaded machine; only
+    // a step that will never end reaches it.
+    static constexpr int kWaitMsecs = 60000;
+
+    static bool isWaitStep(const QString &command);
+    // Whether what a waiting step waits for is there.
+    bool arrived(const QString &command, const QString &argument) const;
     bool run(const QString &command, const QString &argument);
-    void record(const QString &step, bool ok) const;
+    static void record(const QString &step, bool ok);
+    static void recordStepsUnderWay();
     QWidget *find(const QString &path) const;
 
     QStringList m_steps;
-    QString m_waitingForTitle;
-    int m_running = 0; // steps that have not returned yet
+    QDeadlineTimer m_waitDeadline; // of the step that waits now
 };
 
 #endif // SCRIPTRUNNER_H
