@@ -10,6 +10,7 @@
 //    download over what it held just before (target: at most 32 MiB both).
 #include "applupdater.h"
 #include "cataloguebuilder.h"
+#include "processmemory.h"
 #include "sha256.h"
 
 #include <QCoreApplication>
@@ -27,26 +28,6 @@
 namespace {
 
 constexpr qint64 kMiB = 1024 * 1024;
-
-// A value of /proc/self/status in KiB, such as "VmRSS" or "VmHWM".
-qint64 statusKiB(const QByteArray &key)
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith(key + ':'))
-            return line.mid(key.size() + 1).trimmed().split(' ').value(0).toLongLong();
-    }
-    return -1;
-}
-
-// Lets the peak ("VmHWM") start again from what the process holds now.
-bool resetPeak()
-{
-    QFile clear(QStringLiteral("/proc/self/clear_refs"));
-    return clear.open(QIODevice::WriteOnly) && clear.write("5") == 1;
-}
 
 // Processor time, user and system, of this process or of its ended children.
 qint64 cpuMicroseconds(int who)
@@ -127,8 +108,8 @@ Run engineRun(const QString &url, const QString &fileName, const QByteArray &sha
         loop.quit();
     });
     Run run;
-    const qint64 before = statusKiB("VmRSS");
-    resetPeak();
+    const qint64 before = ProcessMemory::statusKiB("VmRSS");
+    ProcessMemory::resetPeak();
     const qint64 cpu = cpuMicroseconds(RUSAGE_SELF);
     QElapsedTimer timer;
     timer.start();
@@ -137,7 +118,7 @@ Run engineRun(const QString &url, const QString &fileName, const QByteArray &sha
     if (ok)
         run.nanoseconds = timer.nsecsElapsed();
     run.cpuMicroseconds = cpuMicroseconds(RUSAGE_SELF) - cpu;
-    run.peakGrowthKiB = statusKiB("VmHWM") - before;
+    run.peakGrowthKiB = ProcessMemory::statusKiB("VmHWM") - before;
     QFile::remove(ApplUpdater::downloadFolder() + '/' + fileName);
     return run;
 }

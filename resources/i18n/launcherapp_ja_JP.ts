@@ -91,8 +91,8 @@ If you are using a proxy server, make the settings described in the manual.</sou
         <translation>%1、%2/秒、%3</translation>
     </message>
     <message>
-        <source>The server names the installer &quot;%1&quot;, which cannot be saved in Downloads.</source>
-        <translation>サーバーが示すインストーラーの名前「%1」では、ダウンロード フォルダーに保存できません。</translation>
+        <source>The server gives the installer a name under which it cannot be saved.</source>
+        <translation>サーバーが示すインストーラーの名前では保存できません。</translation>
     </message>
     <message>
         <source>The installer was not found on the server (HTTP %1).</source>
@@ -140,7 +140,7 @@ If you are using a proxy server, make the settings described in the manual.</sou
     </message>
     <message>
         <source>The downloaded file is not the installer that was published (its checksum differs).</source>
-        <translation>ダウンロードしたファイルは公開されているインストーラーと一致しません (チェックサムが異なります)。</translation>
+        <translation>ダウンロードしたファイルが公開されているインストーラーと一致しません。</translation>
     </message>
     <message>
         <source>A secure connection to the server could not be made.</source>

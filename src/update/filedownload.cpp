@@ -72,7 +72,6 @@ void FileDownload::start()
         // Nothing is touched on disk, not even a part of that name.
         m_state = State::Ended;
         m_failure.kind = DownloadFailure::FileNameRefused;
-        m_failure.detail = m_fileName;
         m_errorText = QStringLiteral("Failed to download: %1").arg(refusal);
         emit signalFinished(false);
         return;
@@ -442,6 +441,10 @@ void FileDownload::fail(const DownloadFailure &failure, const QString &errorText
     }
     m_failure = failure;
     m_errorText = errorText;
+    // Where it stopped, which the last progress, sent at most every so
+    // often, may not have told yet.
+    if (m_answerAccepted)
+        emit signalProgress(bytesDone(), m_total);
     emit signalFinished(false);
 }
 

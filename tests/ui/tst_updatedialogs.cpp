@@ -12,6 +12,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QToolButton>
+#include <QTranslator>
 
 // The download dialog, the editor's update history dialog and the
 // launcher's update window on a real launcher, against a local server. The
@@ -306,6 +307,55 @@ private slots:
         QFETCH(QString, text);
         QFETCH(QString, expected);
         QCOMPARE(text, expected);
+    }
+
+    void downloadTextsFit_data()
+    {
+        QTest::addColumn<QString>("locale");
+        QTest::newRow("en_US") << "en_US";
+        QTest::newRow("ja_JP") << "ja_JP";
+    }
+
+    // Every cause, with figures of the largest kind, fits the two lines
+    // below the bar, and the caption and buttons their places, in each
+    // language the launcher speaks.
+    void downloadTextsFit()
+    {
+        QFETCH(QString, locale);
+        QTranslator translator;
+        QCOMPARE(ProcessLauncher::loadTranslator(translator, locale), locale == "ja_JP");
+        DownloadDialog dialog(true, nullptr);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        auto *status = dialog.findChild<QLabel *>("statusLabel");
+        QStringList clipped;
+        for (int kind = DownloadFailure::FileNameRefused; kind < DownloadFailure::Other; ++kind) {
+            DownloadFailure failure;
+            failure.kind = DownloadFailure::Kind(kind);
+            failure.httpStatus = 503;
+            failure.bytesDone = failure.bytesFree = 1234LL * 1024 * 1024 * 1024;
+            failure.bytesTotal = failure.bytesNeeded = 4321LL * 1024 * 1024 * 1024;
+            failure.stallSeconds = 30;
+            failure.detail
+                = kind == DownloadFailure::WriteFailed ? "No space left on device" : "ZanmirSetup_2.3.01.exe";
+            const QString text = DownloadTexts::failure(failure);
+            status->setText(text);
+            if (status->heightForWidth(status->width()) > status->height())
+                clipped.append(text);
+        }
+        const QString progress
+            = DownloadTexts::progress(1234LL * 1024 * 1024, 4321LL * 1024 * 1024, 12.5 * 1024 * 1024);
+        status->setText(progress);
+        if (status->heightForWidth(status->width()) > status->height())
+            clipped.append(progress);
+        auto *caption = dialog.findChild<QLabel *>("captionLabel");
+        caption->setText(DownloadTexts::tr("The download failed."));
+        for (QWidget *widget : { static_cast<QWidget *>(caption), dialog.findChild<QWidget *>("retryButton"),
+                 dialog.findChild<QWidget *>("cancelButton") }) {
+            if (widget->sizeHint().width() > widget->width())
+                clipped.append(widget->objectName());
+        }
+        QCOMPARE(clipped.join(" | "), QString());
     }
 
     // The speed covers the last few seconds: bytes that were there before a

@@ -72,7 +72,7 @@ QString DownloadTexts::failure(const DownloadFailure &failure)
     case DownloadFailure::None:
         break;
     case DownloadFailure::FileNameRefused:
-        return tr("The server names the installer \"%1\", which cannot be saved in Downloads.").arg(failure.detail);
+        return tr("The server gives the installer a name under which it cannot be saved.");
     case DownloadFailure::HttpStatus:
         if (failure.httpStatus == 404 || failure.httpStatus == 410)
             return tr("The installer was not found on the server (HTTP %1).").arg(failure.httpStatus);
