@@ -13,6 +13,7 @@
 // Usage: bench_startup [RUNS]   (runs per program and size, default 15)
 #include "editordocmanager.h"
 #include "editorinfo.h"
+#include "processmemory.h"
 #include "registry.h"
 #include "sampleproject.h"
 #include "systemsettings.h"
@@ -276,23 +277,11 @@ bool measureQueries(const Profile &profile, int groups)
     return count == groups - 1;
 }
 
-qint64 statusKiB(const QByteArray &field)
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith(field + ':'))
-            return line.mid(field.size() + 1).trimmed().split(' ').value(0).toLongLong();
-    }
-    return -1;
-}
-
 // In a process of its own, so that the peak memory is this read's: prints
 // the result, the time in ns and the growth of the peak resident set in KiB.
 int readProject(const QString &path)
 {
-    const qint64 before = statusKiB("VmRSS");
+    const qint64 before = ProcessMemory::statusKiB("VmRSS");
     QElapsedTimer timer;
     timer.start();
     EditorDocManager manager(nullptr, path);
@@ -301,7 +290,7 @@ int readProject(const QString &path)
     const bool read = manager.getEditorInfo(info, QDateTime());
     const qint64 elapsed = timer.nsecsElapsed();
     out() << (read ? info.getVersion() : QStringLiteral("refused")) << ' ' << elapsed << ' '
-          << statusKiB("VmHWM") - before << '\n';
+          << ProcessMemory::statusKiB("VmHWM") - before << '\n';
     return 0;
 }
 

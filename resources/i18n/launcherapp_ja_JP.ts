@@ -53,14 +53,104 @@ Please install the editor of the displayed version again.</source>
 %1</translation>
     </message>
     <message>
-        <source>The server&apos;s certificate could not be verified, so the installer was not downloaded. Someone may be intercepting the connection, or the server is set up wrongly.
-
-%1
-%2</source>
-        <translation>サーバーの証明書を確認できなかったため、インストーラーはダウンロードされませんでした。通信が傍受されているか、サーバーの設定に誤りがある可能性があります。
-
-%1
-%2</translation>
+        <source>Retry</source>
+        <translation>再試行</translation>
+    </message>
+    <message>
+        <source>The download failed.</source>
+        <translation>ダウンロードに失敗しました。</translation>
+    </message>
+    <message>
+        <source>%1 of %2 %3</source>
+        <translation>%1 / %2 %3</translation>
+    </message>
+    <message>
+        <source>%1 s left</source>
+        <translation>残り %1 秒</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s left</source>
+        <translation>残り %1 分 %2 秒</translation>
+    </message>
+    <message>
+        <source>%1 h %2 min left</source>
+        <translation>残り %1 時間 %2 分</translation>
+    </message>
+    <message>
+        <source>%1 so far</source>
+        <translation>%1 受信済み</translation>
+    </message>
+    <message>
+        <source>%1, %2/s</source>
+        <translation>%1、%2/秒</translation>
+    </message>
+    <message>
+        <source>%1, %2/s, %3</source>
+        <translation>%1、%2/秒、%3</translation>
+    </message>
+    <message>
+        <source>The server gives the installer a name under which it cannot be saved.</source>
+        <translation>サーバーが示すインストーラーの名前では保存できません。</translation>
+    </message>
+    <message>
+        <source>The installer was not found on the server (HTTP %1).</source>
+        <translation>インストーラーがサーバー上に見つかりませんでした (HTTP %1)。</translation>
+    </message>
+    <message>
+        <source>The server could not send the installer (HTTP %1).</source>
+        <translation>サーバーがインストーラーを送信できませんでした (HTTP %1)。</translation>
+    </message>
+    <message>
+        <source>The server could not be reached. Please check that the network is connected.</source>
+        <translation>サーバーに接続できませんでした。ネットワークに接続されているか確認してください。</translation>
+    </message>
+    <message>
+        <source>The connection to the server was lost.</source>
+        <translation>サーバーとの接続が切れました。</translation>
+    </message>
+    <message>
+        <source>The connection was lost after %1.</source>
+        <translation>%1 の時点で接続が切れました。</translation>
+    </message>
+    <message>
+        <source>The server sent nothing for %1 seconds, so the download was stopped.</source>
+        <translation>サーバーから %1 秒間データが届かなかったため、ダウンロードを中止しました。</translation>
+    </message>
+    <message>
+        <source>The server redirected the download too many times.</source>
+        <translation>サーバーによるダウンロードの転送 (リダイレクト) が多すぎます。</translation>
+    </message>
+    <message>
+        <source>The server redirected the download to an address that is not secure, so it was stopped.</source>
+        <translation>サーバーが安全でないアドレスへダウンロードを転送しようとしたため、中止しました。</translation>
+    </message>
+    <message>
+        <source>The server sent an answer that does not fit the request, so nothing was saved.</source>
+        <translation>サーバーの応答が要求と合わないため、何も保存しませんでした。</translation>
+    </message>
+    <message>
+        <source>Not enough free space in Downloads: %1 needed, %2 free.</source>
+        <translation>ダウンロード フォルダーの空き容量が足りません: 必要 %1、空き %2。</translation>
+    </message>
+    <message>
+        <source>The installer could not be saved in Downloads: %1</source>
+        <translation>インストーラーをダウンロード フォルダーに保存できませんでした: %1</translation>
+    </message>
+    <message>
+        <source>The downloaded file is not the installer that was published (its checksum differs).</source>
+        <translation>ダウンロードしたファイルが公開されているインストーラーと一致しません。</translation>
+    </message>
+    <message>
+        <source>A secure connection to the server could not be made.</source>
+        <translation>サーバーとの安全な接続を確立できませんでした。</translation>
+    </message>
+    <message>
+        <source>The download failed: %1</source>
+        <translation>ダウンロードに失敗しました: %1</translation>
+    </message>
+    <message>
+        <source>The server&apos;s certificate could not be verified, so the download was stopped.</source>
+        <translation>サーバーの証明書を確認できなかったため、ダウンロードを中止しました。</translation>
     </message>
 </context>
 <context>

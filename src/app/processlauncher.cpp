@@ -1,6 +1,7 @@
 #include "processlauncher.h"
 
 #include "applinfo.h"
+#include "applupdater.h"
 #include "brokenfilemover.h"
 #include "deploymentconfig.h"
 #include "leftoverfilesweeper.h"
@@ -143,17 +144,18 @@ void ProcessLauncher::removeLeftoverFiles()
         { vorlixDataFolder(), QStringLiteral("ZanmirApplications\\.json") },
         { launcherDataFolder(), QStringLiteral("ZanmirManager\\.json|OfflineFiles\\.json|\\d{8,}\\.html") },
     };
-    for (const auto &folder : folders) {
-        QStringList failures;
-        const QStringList removed = LeftoverFileSweeper(folder.first, folder.second).sweep(3600, &failures);
-        for (const QString &path : removed)
-            writeLog(
-                QStringLiteral("ProcessLauncher::removeLeftoverFiles: Removed left-over temporary file: %1").arg(path));
-        for (const QString &path : qAsConst(failures))
-            writeLog(
-                QStringLiteral("ProcessLauncher::removeLeftoverFiles: Failed to remove left-over temporary file: %1")
-                    .arg(path));
-    }
+    QStringList removed;
+    QStringList failures;
+    for (const auto &folder : folders)
+        removed += LeftoverFileSweeper(folder.first, folder.second).sweep(3600, &failures);
+    // And the bytes of installer downloads that broke off long ago.
+    removed += ApplUpdater::removeStaleDownloads(&failures);
+    for (const QString &path : qAsConst(removed))
+        writeLog(
+            QStringLiteral("ProcessLauncher::removeLeftoverFiles: Removed left-over temporary file: %1").arg(path));
+    for (const QString &path : qAsConst(failures))
+        writeLog(QStringLiteral("ProcessLauncher::removeLeftoverFiles: Failed to remove left-over temporary file: %1")
+                     .arg(path));
 }
 
 void ProcessLauncher::installTranslator(QTranslator &translator)

@@ -8,10 +8,15 @@ BinaryFileWriter::BinaryFileWriter(const QString &filePath)
 
 BinaryFileWriter::BinaryFileWriter(const QString &folder, const QString &fileName)
     : m_filePath(fileName.isEmpty() ? QString() : QStringLiteral("%1/%2").arg(folder, fileName))
+    , m_refusal(refusalFor(fileName))
+{ }
+
+QString BinaryFileWriter::refusalFor(const QString &fileName)
 {
     if (fileName == QLatin1String(".") || fileName == QLatin1String("..") || fileName.contains(QLatin1Char('/'))
         || fileName.contains(QLatin1Char('\\')))
-        m_refusal = QStringLiteral("File name is not allowed: %1").arg(fileName);
+        return QStringLiteral("File name is not allowed: %1").arg(fileName);
+    return QString();
 }
 
 bool BinaryFileWriter::isRefused()

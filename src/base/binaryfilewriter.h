@@ -15,6 +15,10 @@ public:
     // taken from a server cannot remove or write anything elsewhere.
     BinaryFileWriter(const QString &folder, const QString &fileName);
 
+    // Why a name taken from a server may not be written in a folder: it
+    // would reach outside it ("..", a separator). Empty when it may.
+    static QString refusalFor(const QString &fileName);
+
     // True when no file stands at the path any more.
     bool removeFile();
     bool writeNew(const QByteArray &bytes);

@@ -1,5 +1,6 @@
 #include "systemenvironment.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -8,6 +9,10 @@
 #include <qt_windows.h>
 #include <shellapi.h>
 #include <stdlib.h>
+#else
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #endif
 
 bool SystemEnvironment::putVariable(const QByteArray &assignment)
@@ -96,5 +101,23 @@ bool SystemEnvironment::openFile(const QString &path, bool wait, QString &errorT
     }
     process.waitForFinished(-1);
     return true;
+#endif
+}
+
+bool SystemEnvironment::replaceFile(const QString &from, const QString &to, QString &errorText)
+{
+#ifdef Q_OS_WIN
+    if (MoveFileExW(reinterpret_cast<const wchar_t *>(QDir::toNativeSeparators(from).utf16()),
+            reinterpret_cast<const wchar_t *>(QDir::toNativeSeparators(to).utf16()),
+            MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        return true;
+    errorText = qt_error_string(int(GetLastError()));
+    return false;
+#else
+    // QFile::rename refuses an existing target; rename(2) replaces it atomically.
+    if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0)
+        return true;
+    errorText = QString::fromLocal8Bit(std::strerror(errno));
+    return false;
 #endif
 }

@@ -56,10 +56,8 @@ ApplUpdater::ApplUpdater(const QString &targetSystemName, const LogFunction &log
     , m_log(log)
 { }
 
-ApplUpdater::~ApplUpdater()
-{
-    stopWorker();
-}
+// A download still running goes with its parent, and with it what it wrote.
+ApplUpdater::~ApplUpdater() = default;
 
 void ApplUpdater::setRegistry(Registry *registry)
 {

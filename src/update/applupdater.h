@@ -3,6 +3,7 @@
 
 #include "applupdateinfo.h"
 #include "baseobject.h"
+#include "downloadfailure.h"
 #include "logfunction.h"
 #include "webupdateinfo.h"
 
@@ -11,20 +12,16 @@
 #include <QObject>
 
 class EditorInfo;
-class QNetworkAccessManager;
-class QNetworkReply;
-class QSslError;
+class FileDownload;
 class Registry;
-class ReplyReader;
 
 // Holds the server's update catalogue and answers what can be updated,
 // installed and downloaded; fetches one installer at a time into the home
 // folder's "Downloads" and starts it. Made once and kept for the life of the
 // process.
 //
-// A download runs in the network layer's buffer until the reply has finished,
-// is then drained by a ReplyReader thread and written in one go, so that no
-// partial file ever exists and a cancel has nothing to delete.
+// A download streams to a hidden part file beside the installer (see
+// FileDownload); the installer's name holds only a whole, checked file.
 class ApplUpdater : public QObject, public BaseObject
 {
     Q_OBJECT
@@ -71,15 +68,25 @@ public:
     bool checkInstallerSource(const QString &url, const QString &fileName);
 
     // False, with nothing fetched, when checkInstallerSource() refuses;
-    // otherwise true, and failures arrive through signalDownloadFinished.
-    // When the catalogue names a SHA-256 for the file name, the body must
-    // match it before anything is written.
+    // otherwise true, and failures arrive through signalDownloadFinished,
+    // after the call has returned. When the catalogue names a SHA-256 for the
+    // file name, the body must match it before it takes that name. A download
+    // of the same address that broke off earlier is continued. A download
+    // still running is dropped, as by cancelDownload.
     bool startDownload(const QString &url, const QString &fileName);
-    // What was wrong with the certificate of the server that ended the last
-    // download; empty when nothing was.
-    QString getCertificateErrors() const { return m_certificateErrors; }
+    // Stops the running download without a signal and removes its bytes.
     void cancelDownload();
-    bool isDownloading() const { return m_downloading; }
+    bool isDownloading() const { return m_download != nullptr; }
+    // Why the last download failed, in figures that can be told to a user.
+    DownloadFailure getDownloadFailure() const { return m_downloadFailure; }
+    // How long a download may receive nothing before it is given up.
+    void setStallLimit(int msecs) { m_stallLimitMs = msecs; }
+
+    // The home folder's "Downloads", where installers are saved.
+    static QString downloadFolder();
+    // Removes what downloads that broke off left in "Downloads" and nothing
+    // has touched for a week; returns the paths, failures those it could not.
+    static QStringList removeStaleDownloads(QStringList *failures);
 
     // Start a file as the shell's "open" does; with wait true, return only
     // when it has ended. True means started (and waited for), whatever the
@@ -90,18 +97,14 @@ public:
 
 signals:
     void signalDownloadFinished(const QString &message, bool b);
+    // bytesTotal is -1 while the length is unknown.
     void signalUpdateProgress(qint64 bytesRead, qint64 totalBytes);
-    void signalStartReadReply();
 
-public slots:
-    bool replyFinished(QNetworkReply *reply);
-    void readReplyFinished(qint64 bytesRead, qint64 totalBytes);
-    void emitSignalUpdateProgress(qint64 bytesRead, qint64 totalBytes);
-    void noteCertificateErrors(QNetworkReply *reply, const QList<QSslError> &errors);
+private slots:
+    void downloadFinished(bool ok);
 
 private:
-    void startRequest(const QString &url);
-    void stopWorker();
+    void dropDownload();
     void writeLog(const QString &message) const;
 
     QString m_targetSystemName;
@@ -111,16 +114,11 @@ private:
     QList<WebUpdateInfo> m_webUpdates;
     QList<ApplUpdateInfo> m_updates;
 
-    QNetworkAccessManager *m_networkManager = nullptr;
-    QNetworkReply *m_reply = nullptr;
-    ReplyReader *m_worker = nullptr;
-    bool m_downloading = false;
-    QString m_downloadFolder;
-    QString m_downloadFileName;
+    FileDownload *m_download = nullptr;
     QString m_downloadPath;
-    QString m_expectedSha256;
     QString m_catalogueUrl;
-    QString m_certificateErrors;
+    DownloadFailure m_downloadFailure;
+    int m_stallLimitMs = 0; // 0: FileDownload's own
 };
 
 #endif // APPLUPDATER_H

@@ -1,7 +1,6 @@
 // Which installers may be fetched, and from where.
 #include "applupdater.h"
 
-#include "httpaccessutility.h"
 #include "webaddress.h"
 
 #include <QUrl>
@@ -33,12 +32,4 @@ bool ApplUpdater::checkInstallerSource(const QString &url, const QString &fileNa
         return true;
     m_errorText = QStringLiteral("Download refused: %1 has no SHA-256 in the catalogue, and %2").arg(fileName, exposed);
     return false;
-}
-
-void ApplUpdater::noteCertificateErrors(QNetworkReply *, const QList<QSslError> &errors)
-{
-    // Never ignored: the reply ends in an error of its own, and the dialog
-    // tells the user why.
-    m_certificateErrors = HTTPAccessUtility::certificateErrorText(errors);
-    writeLog(QStringLiteral("ApplUpdater::noteCertificateErrors: %1").arg(m_certificateErrors));
 }

@@ -65,7 +65,7 @@ private slots:
             [&]() { return !(record = TestFiles::readObject(m_harness->installerLog())).isEmpty(); }, 10000));
         QCOMPARE(record["program"].toString(), downloaded());
         QCOMPARE(record["installed"].toString(), QString("launcher 1.1.0.0"));
-        QVERIFY(m_harness->launcherLog().contains("ApplUpdater::readReplyFinished: Download success: " + downloaded()));
+        QVERIFY(m_harness->launcherLog().contains("ApplUpdater::downloadFinished: Download success: " + downloaded()));
 
         m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", "window Zanmir Launcher;close");
         LauncherRun *next = m_harness->run({});

@@ -108,17 +108,24 @@ private slots:
         QCOMPARE(histories(), opened.isEmpty() ? QStringList() : QStringList { "1 " + opened });
     }
 
-    // A temporary file of an interrupted write, an hour old, goes at start.
+    // A temporary file of an interrupted write, an hour old, and a download
+    // that broke off a week ago go at start.
     void leftOverIsRemoved()
     {
         const QString path = m_harness->profile().launcherFolder() + "/ZanmirManager.json.qWeRty";
-        QVERIFY(TestFiles::write(path, "{\"histories\": [")
-            && TestFiles::setModified(path, QDateTime::currentDateTime().addSecs(-7200)));
+        const QString part = m_harness->profile().root() + "/home/Downloads/.ZanmirSetup_2.3.01.exe.part";
+        QVERIFY(QDir().mkpath(QFileInfo(part).path()));
+        for (const QString &file : { path, part, part + ".json" }) {
+            QVERIFY(TestFiles::write(file, "{\"histories\": [")
+                && TestFiles::setModified(file, QDateTime::currentDateTime().addDays(-8)));
+        }
         QVERIFY(ended(m_harness->run(paths({ "scene.zmr" })), 0, 0));
         QCOMPARE(histories(), QStringList { "1 2.1.05 scene.zmr" });
-        QVERIFY(!QFile::exists(path));
-        QVERIFY(m_harness->launcherLog().contains(
-            "ProcessLauncher::removeLeftoverFiles: Removed left-over temporary file: " + path + '\n'));
+        for (const QString &file : { path, part, part + ".json" }) {
+            QVERIFY(!QFile::exists(file));
+            QVERIFY(m_harness->launcherLog().contains(
+                "ProcessLauncher::removeLeftoverFiles: Removed left-over temporary file: " + file + '\n'));
+        }
     }
 
     void twentyAtOnceAllReachTheRecentList()

@@ -24,6 +24,18 @@ void HttpFixture::acceptConnection()
     }
 }
 
+namespace {
+
+// The value of a header in a block of header lines, empty when absent.
+QByteArray headerValue(const QByteArray &lines, const QByteArray &name)
+{
+    const QRegularExpression pattern(QStringLiteral("(?:^|\r\n)%1: *([^\r]*)").arg(QString::fromLatin1(name)),
+        QRegularExpression::CaseInsensitiveOption);
+    return pattern.match(QString::fromLatin1(lines)).captured(1).toLatin1();
+}
+
+} // namespace
+
 void HttpFixture::readRequest()
 {
     auto *socket = qobject_cast<QTcpSocket *>(sender());
@@ -33,21 +45,52 @@ void HttpFixture::readRequest()
     const QByteArray request = socket->readAll();
     const QString path = QString::fromLatin1(request.left(request.indexOf("\r\n")).split(' ').value(1));
     ++m_requests[path];
-    connect(socket, &QTcpSocket::disconnected, this, [this, path]() { ++m_closed[path]; });
-    const Answer answer = m_answers.value(path, status(404, "Not Found", "no such page"));
+    m_lastRequests[path] = request.left(request.indexOf("\r\n\r\n"));
+    socket->setProperty("path", path);
+    connect(socket, SIGNAL(disconnected()), this, SLOT(countAbandoned()));
+    Answer answer = m_answers.value(path, status(404, "Not Found", "no such page"));
     if (answer.status.isEmpty()) {
-        if (!answer.stall)
+        if (!answer.stall) {
+            socket->setProperty("answered", true);
             socket->abort();
+        }
         return;
+    }
+    send(socket, wire(request, answer), answer);
+}
+
+QByteArray HttpFixture::wire(const QByteArray &request, Answer &answer)
+{
+    const qint64 size = answer.body.size();
+    const QRegularExpressionMatch range = QRegularExpression(QStringLiteral("^bytes=(\\d+)-$"))
+                                              .match(QString::fromLatin1(headerValue(request, "Range")));
+    if (answer.ranges && range.hasMatch() && range.captured(1).toLongLong() < size) {
+        const QByteArray ifRange = headerValue(request, "If-Range");
+        QByteArray validator = headerValue(answer.headers, "ETag");
+        if (validator.isEmpty())
+            validator = headerValue(answer.headers, "Last-Modified");
+        if (ifRange.isEmpty() || ifRange == validator) {
+            const qint64 from = range.captured(1).toLongLong();
+            answer.status = "206 Partial Content";
+            answer.headers += "Content-Range: bytes " + QByteArray::number(from) + '-' + QByteArray::number(size - 1)
+                + '/' + QByteArray::number(size) + "\r\n";
+            answer.body = answer.body.mid(int(from));
+        }
     }
     QByteArray head = "HTTP/1.1 " + answer.status + "\r\n" + answer.headers;
     if (answer.withLength)
         head += "Content-Length: " + QByteArray::number(answer.body.size()) + "\r\n";
-    head += "Connection: close\r\n\r\n";
-    if (answer.stall || answer.cut) {
+    if (answer.chunked) {
+        head += "Transfer-Encoding: chunked\r\n";
+        answer.body = QByteArray::number(answer.body.size(), 16) + "\r\n" + answer.body + "\r\n0\r\n\r\n";
+    }
+    return head + "Connection: close\r\n\r\n";
+}
+
+void HttpFixture::send(QTcpSocket *socket, const QByteArray &head, const Answer &answer)
+{
+    if (answer.stall) {
         socket->write(head + answer.body.left(answer.body.size() / 2));
-        if (answer.cut)
-            socket->disconnectFromHost();
         return;
     }
     if (answer.trickle) {
@@ -57,15 +100,25 @@ void HttpFixture::readRequest()
         for (int i = 0; i < 5; ++i) {
             QTimer::singleShot(150 * (i + 1), socket, [guarded, body = answer.body.mid(i * piece, piece), i]() {
                 guarded->write(body);
-                if (i == 4)
+                if (i == 4) {
+                    guarded->setProperty("answered", true);
                     guarded->disconnectFromHost();
+                }
             });
         }
         return;
     }
     // One request per connection keeps the scripted cases independent.
-    socket->write(head + answer.body);
+    socket->write(head + (answer.dropAt < 0 ? answer.body : answer.body.left(int(answer.dropAt))));
+    socket->setProperty("answered", true);
     socket->disconnectFromHost();
+}
+
+void HttpFixture::countAbandoned()
+{
+    QObject *socket = sender();
+    if (!socket->property("answered").toBool())
+        ++m_abandoned[socket->property("path").toString()];
 }
 
 bool FileStoreServer::start()

@@ -1,9 +1,11 @@
 #include "applupdater.h"
 #include "cataloguebuilder.h"
 #include "downloaddialog.h"
+#include "downloadtexts.h"
 #include "launchertestmain.h"
 #include "launcherupdatewidget.h"
 #include "testfiles.h"
+#include "transferrate.h"
 #include "untrustedtlsserver.h"
 #include "updatehistorywidget.h"
 
@@ -11,6 +13,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QToolButton>
+#include <QTranslator>
 
 // The download dialog, the editor's update history dialog and the
 // launcher's update window on a real launcher, against a local server. The
@@ -108,8 +111,9 @@ private slots:
         QTest::newRow("without length") << false;
     }
 
-    // The bar shows each progress as it comes, and 0 of 100 while the
-    // length is unknown.
+    // The bar follows each progress as it comes, in thousandths of the
+    // whole, and the line below gives the bytes; while the length is
+    // unknown the bar is busy and the line says how much came so far.
     void downloadDialogProgress()
     {
         QFETCH(bool, withLength);
@@ -121,23 +125,28 @@ private slots:
         const QString url = m_server.url("/installer");
         QVERIFY(dialog.startDownload(url, m_installer));
         auto *bar = dialog.findChild<QProgressBar *>("progressBar");
+        auto *status = dialog.findChild<QLabel *>("statusLabel");
         QStringList wrong;
         int unknown = 0;
         // Connected after the dialog, so it sees the bar as the dialog left it.
         connect(
             m_launcher->getApplUpdater(), &ApplUpdater::signalUpdateProgress, this, [&](qint64 bytes, qint64 total) {
                 unknown += total < 0;
-                const QString seen = QStringLiteral("%1/%2").arg(bar->value()).arg(bar->maximum());
-                const QString expected
-                    = total < 0 ? QStringLiteral("0/100") : QStringLiteral("%1/%2").arg(bytes).arg(total);
-                if (seen != expected)
+                // A busy bar has no value of its own.
+                const QString seen = QStringLiteral("%1/%2 %3")
+                                         .arg(total < 0 ? QString() : QString::number(bar->value()))
+                                         .arg(bar->maximum())
+                                         .arg(status->text());
+                const QString expected = total < 0
+                    ? QStringLiteral("/0 %1 so far").arg(DownloadTexts::size(bytes))
+                    : QStringLiteral("%1/1000 %2").arg(bytes * 1000 / total).arg(DownloadTexts::sizeOf(bytes, total));
+                if (!seen.startsWith(expected))
                     wrong.append(seen + " for " + expected);
             });
         QCOMPARE(dialog.exec(), 1);
         disconnect(m_launcher->getApplUpdater(), &ApplUpdater::signalUpdateProgress, this, nullptr);
         QCOMPARE(wrong, QStringList());
         QCOMPARE(unknown > 0, !withLength);
-        QCOMPARE(bar->value(), body.size());
         QCOMPARE(dialog.windowTitle(), QString("Downloading"));
         QCOMPARE(dialog.minimumSize(), QSize(390, 210));
         QCOMPARE(dialog.maximumSize(), QSize(390, 210));
@@ -153,22 +162,22 @@ private slots:
     {
         QTest::addColumn<QString>("answer");
         QTest::addColumn<QString>("user"); // how the user ends the dialog after the box, if at all
-        QTest::addColumn<QString>("box"); // the beginning of the box, "Error: ..."; empty for none
+        QTest::addColumn<QString>("box"); // "Error: ..."; empty for none
         QTest::addColumn<int>("result");
         // clang-format off
         QTest::newRow("installer runs") << "installer" << "" << "" << 1;
-        QTest::newRow("404, then Cancel") << "404" << "cancelButton" << "Error: HTTP access failed: " << 0;
-        QTest::newRow("404, then close") << "404" << "close" << "Error: HTTP access failed: " << 0;
-        QTest::newRow("tampered installer") << "tampered" << "cancelButton" << "Error: Failed to download: SHA-256 checksum mismatch: " << 0;
+        QTest::newRow("404, then Cancel") << "404" << "cancelButton" << "Error: The installer was not found on the server (HTTP 404)." << 0;
+        QTest::newRow("404, then close") << "404" << "close" << "Error: The installer was not found on the server (HTTP 404)." << 0;
+        QTest::newRow("tampered installer") << "tampered" << "cancelButton" << "Error: The downloaded file is not the installer that was published (its checksum differs)." << 0;
         QTest::newRow("not a program") << "text" << "" << "Error: ApplUpdater::openExecutableFile: failed ShellExecuteEx " << 0;
         QTest::newRow("Cancel mid-transfer") << "stalled" << "cancelButton" << "" << 0;
         QTest::newRow("Escape mid-transfer") << "stalled" << "escape" << "" << 0;
         // clang-format on
     }
 
-    // exec() returns 1 only when the installer started. A failure stays on
-    // screen after its box until the user ends the dialog; a file that does
-    // not start closes it after the box.
+    // exec() returns 1 only when the installer started. A failure says its
+    // cause in a box and in the dialog, which stays with Retry until the
+    // user ends it; a file that does not start closes it after the box.
     void downloadDialogEnds()
     {
         QFETCH(QString, answer);
@@ -187,15 +196,22 @@ private slots:
         DownloadDialog dialog(true, nullptr);
         dialog.setProcessLauncher(m_launcher);
         const int requests = m_server.requestCount("/installer");
+        auto *retry = dialog.findChild<QToolButton *>("retryButton");
+        QStringList afterBox;
         QVERIFY(dialog.startDownload(m_server.url("/installer"), m_installer));
         if (!box.isEmpty())
             answerBox(QMessageBox::Ok);
         if (!user.isEmpty()) {
             // The user acts once the dialog is back in front after the box, or
             // once the server has the request and the transfer is under way.
-            then([this, &dialog, &box, requests]() {
-                return QApplication::activeModalWidget() == &dialog && dialog.isVisible()
-                    && (!box.isEmpty() || m_server.requestCount("/installer") > requests);
+            then([&]() {
+                if (QApplication::activeModalWidget() != &dialog || !dialog.isVisible()
+                    || (box.isEmpty() && m_server.requestCount("/installer") == requests))
+                    return false;
+                // Still open after the box, with the cause and a way to try again.
+                afterBox << dialog.findChild<QLabel *>("captionLabel")->text()
+                         << dialog.findChild<QLabel *>("statusLabel")->text() << QString::number(retry->isVisible());
+                return true;
             });
             if (user == "close")
                 then([&dialog]() { return dialog.close(); });
@@ -210,6 +226,12 @@ private slots:
         QCOMPARE(dialog.exec(), result);
         QCOMPARE(m_boxes.size(), box.isEmpty() ? 0 : 1);
         QVERIFY2(box.isEmpty() || m_boxes.first().startsWith(box), qPrintable(m_boxes.join('\n')));
+        if (!user.isEmpty()) {
+            const QStringList expected = answer == "stalled"
+                ? QStringList { "Now downloading...", afterBox.value(1), "0" }
+                : QStringList { "The download failed.", box.mid(7), "1" };
+            QCOMPARE(afterBox, expected);
+        }
         QCOMPARE(QFile::exists(marker()), result == 1);
         QCOMPARE(QFile::exists(downloaded()), answer == "installer" || answer == "text");
         QVERIFY(!m_launcher->getApplUpdater()->isDownloading());
@@ -222,7 +244,7 @@ private slots:
         QTest::addColumn<bool>("certificate"); // a server whose certificate is not trusted, or plain http elsewhere
         QTest::addColumn<QString>("box");
         // clang-format off
-        QTest::newRow("certificate not trusted") << true << "Error: The server's certificate could not be verified, so the installer was not downloaded.";
+        QTest::newRow("certificate not trusted") << true << "Error: The server's certificate could not be verified, so the download was stopped.";
         QTest::newRow("plain http, no digest") << false << "Error: The installer was not downloaded: it, or the update catalogue that names it, comes over an unencrypted connection";
         // clang-format on
     }
@@ -250,6 +272,141 @@ private slots:
         QCOMPARE(m_boxes.size(), 1);
         QVERIFY2(m_boxes.first().startsWith(box), qPrintable(m_boxes.first()));
         QVERIFY(!QFile::exists(downloaded()));
+    }
+
+    // Retry continues a download that broke off where it stopped, and a
+    // success then runs the installer as usual.
+    void downloadDialogRetryResumes()
+    {
+        QByteArray body = installerScript().toUtf8();
+        body.append(QByteArray(300000, '#'));
+        HttpFixture::Answer broken = HttpFixture::resumable(body, "\"r1\"");
+        broken.dropAt = 100000;
+        m_server.setAnswer("/installer", broken);
+        DownloadDialog dialog(true, nullptr);
+        dialog.setProcessLauncher(m_launcher);
+        QVERIFY(dialog.startDownload(m_server.url("/installer"), m_installer));
+        answerBox(QMessageBox::Ok);
+        QString cause;
+        then([&]() {
+            cause = dialog.findChild<QLabel *>("statusLabel")->text();
+            m_server.setAnswer("/installer", HttpFixture::resumable(body, "\"r1\""));
+            return true;
+        });
+        click(&dialog, "retryButton");
+        QCOMPARE(dialog.exec(), 1);
+        QCOMPARE(m_boxes, QStringList { "Error: " + cause });
+        QCOMPARE(cause, "The connection was lost after " + DownloadTexts::sizeOf(100000, body.size()) + '.');
+        QVERIFY(m_server.lastRequest("/installer").contains("\r\nRange: bytes=100000-\r\n"));
+        QCOMPARE(TestFiles::read(downloaded()), body);
+        QVERIFY(QFile::exists(marker()));
+        QVERIFY(m_log.newLines().contains("DownloadDialog::retryClicked()"));
+    }
+
+    void downloadTexts_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected");
+        const qint64 mb = 1024 * 1024;
+        DownloadFailure notFound;
+        notFound.kind = DownloadFailure::HttpStatus;
+        notFound.httpStatus = 404;
+        DownloadFailure lost;
+        lost.kind = DownloadFailure::ConnectionLost;
+        lost.bytesDone = 120 * mb;
+        lost.bytesTotal = 480 * mb;
+        DownloadFailure full;
+        full.kind = DownloadFailure::NoSpace;
+        full.bytesNeeded = 480 * mb;
+        full.bytesFree = 120 * mb;
+        // clang-format off
+        QTest::newRow("not found") << DownloadTexts::failure(notFound) << "The installer was not found on the server (HTTP 404).";
+        QTest::newRow("connection lost") << DownloadTexts::failure(lost) << "The connection was lost after 120 of 480 MB.";
+        QTest::newRow("no space") << DownloadTexts::failure(full) << "Not enough free space in Downloads: 480 MB needed, 120 MB free.";
+        // One decimal below ten units, so that 1.5 does not read as 2.
+        QTest::newRow("small sizes") << DownloadTexts::size(0) + ", " + DownloadTexts::size(1536) + ", " + DownloadTexts::size(5 * 1024 * mb) << "0 B, 1.5 KB, 5.0 GB";
+        QTest::newRow("in the unit of the whole") << DownloadTexts::sizeOf(512 * 1024, 4300 * mb) << "0.0 of 4.2 GB";
+        QTest::newRow("speed and time left") << DownloadTexts::progress(120 * mb, 480 * mb, 12 * mb) << "120 of 480 MB, 12 MB/s, 30 s left";
+        QTest::newRow("time left in hours") << DownloadTexts::progress(0, 4500 * mb, 1 * mb) << "0.0 of 4.4 GB, 1.0 MB/s, 1 h 15 min left";
+        QTest::newRow("no speed yet") << DownloadTexts::progress(0, 480 * mb, 0) << "0 of 480 MB";
+        QTest::newRow("no length") << DownloadTexts::progress(12 * mb, -1, 1.5 * mb) << "12 MB so far, 1.5 MB/s";
+        // clang-format on
+    }
+
+    // A user reads sizes in one unit per line, and the causes exactly so.
+    void downloadTexts()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, expected);
+        QCOMPARE(text, expected);
+    }
+
+    void downloadTextsFit_data()
+    {
+        QTest::addColumn<QString>("locale");
+        QTest::newRow("en_US") << "en_US";
+        QTest::newRow("ja_JP") << "ja_JP";
+    }
+
+    // Every cause, with figures of the largest kind, fits the two lines
+    // below the bar, and the caption and buttons their places, in each
+    // language the launcher speaks.
+    void downloadTextsFit()
+    {
+        QFETCH(QString, locale);
+        QTranslator translator;
+        QCOMPARE(ProcessLauncher::loadTranslator(translator, locale), locale == "ja_JP");
+        DownloadDialog dialog(true, nullptr);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        auto *status = dialog.findChild<QLabel *>("statusLabel");
+        QStringList clipped;
+        for (int kind = DownloadFailure::FileNameRefused; kind < DownloadFailure::Other; ++kind) {
+            DownloadFailure failure;
+            failure.kind = DownloadFailure::Kind(kind);
+            failure.httpStatus = 503;
+            failure.bytesDone = failure.bytesFree = 1234LL * 1024 * 1024 * 1024;
+            failure.bytesTotal = failure.bytesNeeded = 4321LL * 1024 * 1024 * 1024;
+            failure.stallSeconds = 30;
+            failure.detail
+                = kind == DownloadFailure::WriteFailed ? "No space left on device" : "ZanmirSetup_2.3.01.exe";
+            const QString text = DownloadTexts::failure(failure);
+            status->setText(text);
+            if (status->heightForWidth(status->width()) > status->height())
+                clipped.append(text);
+        }
+        const QString progress
+            = DownloadTexts::progress(1234LL * 1024 * 1024, 4321LL * 1024 * 1024, 12.5 * 1024 * 1024);
+        status->setText(progress);
+        if (status->heightForWidth(status->width()) > status->height())
+            clipped.append(progress);
+        auto *caption = dialog.findChild<QLabel *>("captionLabel");
+        caption->setText(DownloadTexts::tr("The download failed."));
+        for (QWidget *widget : { static_cast<QWidget *>(caption), dialog.findChild<QWidget *>("retryButton"),
+                 dialog.findChild<QWidget *>("cancelButton") }) {
+            if (widget->sizeHint().width() > widget->width())
+                clipped.append(widget->objectName());
+        }
+        QCOMPARE(clipped.join(" | "), QString());
+    }
+
+    // The speed covers the last few seconds: bytes that were there before a
+    // continued download began are no speed, and a stall soon shows as one.
+    void transferRate()
+    {
+        TransferRate rate;
+        rate.addSample(0, 100000000); // continued after 100 MB
+        QCOMPARE(rate.bytesPerSecond(), 0.0);
+        for (qint64 ms = 250; ms <= 2000; ms += 250)
+            rate.addSample(ms, 100000000 + ms * 1000); // 1 MB/s
+        QCOMPARE(qRound(rate.bytesPerSecond()), 1000000);
+        for (qint64 ms = 2250; ms <= 6000; ms += 250)
+            rate.addSample(ms, 102000000); // nothing more
+        QCOMPARE(rate.bytesPerSecond(), 0.0);
+        rate.restart();
+        rate.addSample(7000, 0);
+        rate.addSample(7100, 5000000);
+        QCOMPARE(rate.bytesPerSecond(), 0.0); // too short to tell
     }
 
     void historyDialog_data()

@@ -1,13 +1,10 @@
 #include "applupdater.h"
 #include "cataloguebuilder.h"
-#include "httpfixture.h"
 #include "registry.h"
 #include "systemsettings.h"
 #include "testfiles.h"
-#include "testprivileges.h"
 #include "testprofile.h"
 
-#include <QSignalSpy>
 #include <QtTest>
 
 // Incomplete entries (kept as empty records of no type), a target without a file name, a stamp without a url.
@@ -17,54 +14,24 @@ static const char kIncomplete[] = R"({"1.0.0": {"app_versions": {"updates": [{"a
     {"target": "win64", "url": "/2.exe", "filename": "2.exe"}]}]}, "web_versions": [{"type": "newsweb", "version": "1.0",
     "url": ""}, {"type": "newsweb", "version": "2.0", "url": "/2.htm"}, {"type": "newsweb", "version": "3.0", "url": "/3.htm"}]}})";
 
-// The update catalogue and what it answers; installers fetched from a real
-// server on 127.0.0.1 into the profile's "Downloads", and the programs
-// started from there.
+// The update catalogue and what it answers, and the programs started from
+// the profile's "Downloads".
 class TestUpdater : public QObject
 {
     Q_OBJECT
 
     TestProfile m_profile;
     Registry m_registry { m_profile.catalogueFile() };
-    HttpFixture m_server;
     QStringList m_log;
     QScopedPointer<ApplUpdater> m_updater;
-    int m_paths = 0;
 
     QStringList versions(const QString &type) const { return CatalogueBuilder::versions(m_updater->getUpdates(type)); }
     QString downloads() const { return m_profile.root() + "/home/Downloads"; }
-    // A fresh path on the scripted server, answered so.
-    QString serve(const HttpFixture::Answer &answer)
-    {
-        const QString path = QStringLiteral("/installer/%1?t=pe1").arg(++m_paths);
-        m_server.setAnswer(path, answer);
-        return m_server.url(path);
-    }
-    static QString requestPath(const QString &url) { return QUrl(url).path() + '?' + QUrl(url).query(); }
-    bool waitForRequest(const QString &url) const
-    {
-        return QTest::qWaitFor([&]() { return m_server.requestCount(requestPath(url)) == 1; });
-    }
-    // The client has hung up on a server that never finishes its answer.
-    bool waitForHangUp(const QString &url) const
-    {
-        return QTest::qWaitFor([&]() { return m_server.closedCount(requestPath(url)) == 1; });
-    }
-    static QByteArray pattern(int size)
-    {
-        QByteArray bytes(size, Qt::Uninitialized);
-        for (int i = 0; i < size; ++i)
-            bytes[i] = char((i * 7 + i / 251) & 0xff);
-        return bytes;
-    }
 
 private slots:
-    void initTestCase() { QVERIFY(TestPrivileges::dropFileOverride() && m_server.listen()); }
-
     void init()
     {
         QDir(downloads()).removeRecursively();
-        QFile::remove(downloads()); // a row may have left a file in its place
         m_log.clear();
         QFile::remove(SystemSettings::uninstallRecordsFile());
         m_updater.reset(new ApplUpdater("win64", [this](const QString &line) { m_log.append(line); }));
@@ -166,211 +133,6 @@ private slots:
             { "download", found ? info.join(' ') : m_updater->getErrorText() } };
         QCOMPARE(answers.value(query.section(' ', 0, 0)), answer);
     }
-    void transfer_data()
-    {
-        QTest::addColumn<QString>("answer");
-        QTest::addColumn<QString>("fileName");
-        QTest::addColumn<QString>("sha256"); // "right", "wrong" or none in the catalogue
-        QTest::addColumn<QString>("setup"); // what is wrong with "Downloads"
-        QTest::addColumn<QString>("failure"); // the beginning of the message; empty for success
-        // clang-format off
-        QTest::newRow("without length") << "no length" << "setup.exe" << "" << "" << "";
-        QTest::newRow("empty body") << "empty" << "setup.exe" << "" << "" << "";
-        QTest::newRow("redirect saves its body") << "redirect" << "setup.exe" << "" << "" << "";
-        QTest::newRow("closed mid-body") << "cut" << "setup.exe" << "" << "" << "HTTP access failed: ";
-        QTest::newRow("digest matches") << "length" << "setup.exe" << "right" << "" << "";
-        QTest::newRow("digest differs") << "length" << "setup.exe" << "wrong" << "" << "Failed to download: SHA-256 checksum mismatch: setup.exe (expected ";
-        QTest::newRow("digest of another file") << "length" << "other.exe" << "" << "" << "";
-        QTest::newRow("parent folder") << "length" << "../outside.exe" << "" << "" << "Failed to download: File name is not allowed: ../outside.exe";
-        QTest::newRow("sub-folder") << "length" << "sub/setup.exe" << "" << "" << "Failed to download: File name is not allowed: sub/setup.exe";
-        QTest::newRow("dot dot") << "length" << ".." << "" << "" << "Failed to download: File name is not allowed: ..";
-        QTest::newRow("Downloads is a file") << "length" << "setup.exe" << "" << "file" << "Failed to download: Failed to open new file: ";
-        QTest::newRow("read-only Downloads") << "length" << "setup.exe" << "" << "read-only" << "Failed to download: Failed to remove file: ";
-        // clang-format on
-    }
-
-    // Every download ends in one finished signal; only a success changes
-    // what stands at the file's place, and the old file survives a failure.
-    void transfer()
-    {
-        QFETCH(QString, answer);
-        QFETCH(QString, fileName);
-        QFETCH(QString, sha256);
-        QFETCH(QString, setup);
-        QFETCH(QString, failure);
-        const QByteArray body = answer == "empty" ? QByteArray() : pattern(300000);
-        const QHash<QString, HttpFixture::Answer> answers { { "length", HttpFixture::ok(body) },
-            { "no length", HttpFixture::trickled(body, false) }, { "empty", HttpFixture::ok(body) },
-            { "redirect", HttpFixture::redirect(302, "/elsewhere", body) },
-            { "404", HttpFixture::status(404, "Not Found", body) }, { "cut", HttpFixture::cut(body) } };
-        const QString url = serve(answers.value(answer));
-        const QByteArray digest = QCryptographicHash::hash(body, QCryptographicHash::Sha256).toHex();
-        const QByteArray published = sha256 == "right" ? digest : QByteArray(sha256 == "wrong" ? 64 : 0, 'a');
-        const QString listed = fileName == "other.exe" ? "setup.exe" : fileName;
-        CatalogueBuilder catalogue;
-        QVERIFY(m_updater->setUpdateInfo(
-            catalogue.entries({ "launcher 1.1.0.0" }).installer(listed, "/x", published).bytes()));
-
-        // The old file stands where the name leads, inside "Downloads" or not.
-        const QString target = QDir::cleanPath(downloads() + '/' + fileName);
-        QVERIFY(QDir().mkpath(downloads()));
-        const bool withOldFile = !QFileInfo(target).isDir();
-        if (withOldFile)
-            QVERIFY(QDir().mkpath(QFileInfo(target).path()) && TestFiles::write(target, "old installer"));
-        if (setup == "file") {
-            QVERIFY(QDir(downloads()).removeRecursively() && TestFiles::write(downloads(), "not a folder"));
-        } else if (setup == "read-only") {
-            QVERIFY(QFile::setPermissions(downloads(), QFileDevice::ReadOwner | QFileDevice::ExeOwner));
-        }
-
-        QSignalSpy finished(m_updater.data(), SIGNAL(signalDownloadFinished(QString, bool)));
-        QSignalSpy progress(m_updater.data(), SIGNAL(signalUpdateProgress(qint64, qint64)));
-        QVERIFY(m_updater->startDownload(url, fileName));
-        QVERIFY(m_updater->isDownloading());
-        QVERIFY(finished.wait(10000));
-        QFile::setPermissions(downloads(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-        // Nothing more may come: not once every connection has ended and what
-        // it sent has been dealt with.
-        QVERIFY(QTest::qWaitFor(
-            [&]() { return m_server.closedCount(requestPath(url)) == m_server.requestCount(requestPath(url)); }));
-        QCoreApplication::sendPostedEvents();
-        QCOMPARE(finished.count(), 1);
-        QVERIFY(!m_updater->isDownloading());
-
-        const QString message = finished.first().at(0).toString();
-        const bool ok = finished.first().at(1).toBool();
-        QVERIFY2(ok == failure.isEmpty() && message.startsWith(failure), qPrintable(message));
-        QCOMPARE(message, ok ? m_updater->getInfoText() : m_updater->getErrorText());
-        if (ok)
-            QCOMPARE(message, "Download success: " + downloads() + '/' + fileName);
-        QVERIFY2(m_log.last().startsWith("ApplUpdater::") && m_log.last().endsWith(": " + message),
-            qPrintable(m_log.join('\n')));
-        if (setup == "file")
-            QCOMPARE(TestFiles::read(downloads()), QByteArray("not a folder"));
-        else if (withOldFile)
-            QCOMPARE(TestFiles::read(target), ok ? body : QByteArray("old installer"));
-        else
-            QCOMPARE(QFileInfo(target).isFile(), ok);
-
-        // The total of a reply without a length reaches the listeners as it is, and
-        // the body is drained in chunks of 102400 bytes with a progress signal per chunk.
-        QSet<qint64> unknownTotal, steps;
-        for (const QList<QVariant> &step : qAsConst(progress))
-            (step.at(1).toLongLong() == -1 ? unknownTotal : steps).insert(step.at(0).toLongLong());
-        QCOMPARE(unknownTotal.isEmpty(), answer != "no length");
-        for (qint64 chunk = 102400; ok && chunk < body.size(); chunk += 102400)
-            QVERIFY2(steps.contains(chunk), qPrintable(QString::number(chunk)));
-        if (ok)
-            QCOMPARE(progress.last(), (QList<QVariant> { qint64(body.size()), qint64(body.size()) }));
-        QCOMPARE(m_server.requestCount("/elsewhere"), 0);
-    }
-
-    void installerSource_data()
-    {
-        QTest::addColumn<QString>("catalogue"); // where the catalogue came from
-        QTest::addColumn<QString>("installer"); // its address; empty for the test's server on this machine
-        QTest::addColumn<bool>("digest");
-        QTest::addColumn<QString>("refusal"); // the end of the reason; empty when the download runs
-        const QString plainCatalogue = "the catalogue that names it came over plain http from update.zanmir.example";
-        // clang-format off
-        QTest::newRow("catalogue over https") << "https://update.zanmir.example/u.json" << "" << false << "";
-        QTest::newRow("catalogue from this machine") << "http://127.0.0.1:8/u.json" << "" << false << "";
-        QTest::newRow("catalogue over plain http") << "http://update.zanmir.example/u.json" << "" << false << plainCatalogue;
-        QTest::newRow("the same, mixed case") << "HTTP://Update.Zanmir.Example/u.json" << "" << false << plainCatalogue;
-        QTest::newRow("the same, with digest") << "http://update.zanmir.example/u.json" << "" << true << "";
-        QTest::newRow("installer over plain http") << "https://update.zanmir.example/u.json" << "http://dl.zanmir.example/setup.exe" << false << "it would come over plain http from dl.zanmir.example";
-        QTest::newRow("local installer") << "https://update.zanmir.example/u.json" << "file:///bin/sh" << true << "is not at an http or https address: [file:///bin/sh]";
-        // clang-format on
-    }
-
-    // An installer that came, or whose catalogue came, over plain http from
-    // another machine is fetched only with its digest; one that is not at a
-    // web address never. A refusal comes before any request.
-    void installerSource()
-    {
-        QFETCH(QString, catalogue);
-        QFETCH(QString, installer);
-        QFETCH(bool, digest);
-        QFETCH(QString, refusal);
-        const QByteArray body = pattern(1000);
-        const QByteArray sha256 = digest ? QCryptographicHash::hash(body, QCryptographicHash::Sha256).toHex() : "";
-        QVERIFY(m_updater->setUpdateInfo(
-            CatalogueBuilder().entries({ "launcher 1.1.0.0" }).installer("setup.exe", "/x", sha256).bytes()));
-        m_updater->setCatalogueUrl(catalogue);
-        const QString served = serve(HttpFixture::ok(body));
-        const QString url = installer.isEmpty() ? served : installer;
-
-        QSignalSpy finished(m_updater.data(), SIGNAL(signalDownloadFinished(QString, bool)));
-        QCOMPARE(m_updater->startDownload(url, "setup.exe"), refusal.isEmpty());
-        if (refusal.isEmpty()) {
-            QVERIFY(finished.wait(10000));
-            QVERIFY(finished.first().at(1).toBool());
-            QCOMPARE(TestFiles::read(downloads() + "/setup.exe"), body);
-            return;
-        }
-        const QString error = m_updater->getErrorText();
-        QVERIFY2(error.startsWith("Download refused: setup.exe ") && error.endsWith(refusal), qPrintable(error));
-        QCOMPARE(m_log.last(), "ApplUpdater::startDownload: " + error);
-        // Refused on the spot: nothing was asked of any server.
-        QVERIFY(!m_updater->isDownloading());
-        QCOMPARE(finished.count(), 0);
-        QVERIFY(!QFile::exists(downloads() + "/setup.exe"));
-    }
-
-    void cancel_data()
-    {
-        QTest::addColumn<QString>("server"); // what the server does when the cancel comes
-        QTest::newRow("never answers") << "silent";
-        QTest::newRow("nothing running") << "";
-    }
-
-    // A cancel ends a download at any point without a finished signal and
-    // without touching a file; a later cancel finds nothing to do.
-    void cancel()
-    {
-        QFETCH(QString, server);
-        QVERIFY(QDir().mkpath(downloads()) && TestFiles::write(downloads() + "/setup.exe", "old installer"));
-        QSignalSpy finished(m_updater.data(), SIGNAL(signalDownloadFinished(QString, bool)));
-        const QString notStarted = "ApplUpdater::cancelDownload: Downloading not yet started";
-        QString url;
-        if (!server.isEmpty()) {
-            url = serve(HttpFixture::silent());
-            QVERIFY(m_updater->startDownload(url, "setup.exe"));
-            QVERIFY(waitForRequest(url));
-            QTest::qWait(200);
-        }
-        m_updater->cancelDownload();
-        QCOMPARE(m_log.last(),
-            server.isEmpty() ? notStarted
-                             : "ApplUpdater::cancelDownload: Download canceled: " + downloads() + "/setup.exe");
-        QVERIFY(!m_updater->isDownloading());
-        // The connection ends from the client's side, since the server never
-        // finishes; by then the end of the reply has been dealt with.
-        if (!url.isEmpty())
-            QVERIFY(waitForHangUp(url));
-        QCOMPARE(finished.count(), 0);
-        QCOMPARE(TestFiles::read(downloads() + "/setup.exe"), QByteArray("old installer"));
-        m_updater->cancelDownload();
-        QCOMPARE(m_log.last(), notStarted);
-    }
-
-    // A second start while the first still transfers drops the first.
-    void secondStartDropsTheFirst()
-    {
-        QSignalSpy finished(m_updater.data(), SIGNAL(signalDownloadFinished(QString, bool)));
-        const QString first = serve(HttpFixture::stalled(pattern(300000)));
-        QVERIFY(m_updater->startDownload(first, "first.exe"));
-        QVERIFY(waitForRequest(first));
-        QTest::qWait(200);
-        QVERIFY(m_updater->startDownload(serve(HttpFixture::ok("second")), "second.exe"));
-        QVERIFY(finished.wait(10000));
-        // The first one's connection is dropped, not left to finish some day.
-        QVERIFY(waitForHangUp(first));
-        QCOMPARE(finished.count(), 1);
-        QCOMPARE(finished.first().at(0).toString(), "Download success: " + downloads() + "/second.exe");
-        QVERIFY(!QFile::exists(downloads() + "/first.exe"));
-    }
-
     void run_data()
     {
         QTest::addColumn<QString>("program"); // the file's text; none: no file

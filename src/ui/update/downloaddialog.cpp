@@ -2,11 +2,20 @@
 #include "ui_downloaddialog.h"
 
 #include "applupdater.h"
+#include "downloadtexts.h"
 #include "processlauncher.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMessageBox>
+
+namespace {
+
+// The bar counts in steps of a thousandth, as its range is an int and an
+// installer's size need not fit one.
+constexpr int kBarSteps = 1000;
+
+} // namespace
 
 DownloadDialog::DownloadDialog(bool wait, QWidget *parent)
     : QDialog(parent)
@@ -15,6 +24,7 @@ DownloadDialog::DownloadDialog(bool wait, QWidget *parent)
 {
     ui->setupUi(this);
     ui->progressBar->setValue(0);
+    showStage(Stage::Downloading);
 }
 
 DownloadDialog::~DownloadDialog()
@@ -26,13 +36,21 @@ void DownloadDialog::setProcessLauncher(ProcessLauncher *launcher)
 {
     m_launcher = launcher;
     connect(ui->cancelButton, SIGNAL(clicked()), this, SLOT(cancelClicked()));
+    connect(ui->retryButton, SIGNAL(clicked()), this, SLOT(retryClicked()));
 }
 
 bool DownloadDialog::startDownload(const QString &url, const QString &fileName)
 {
+    m_url = url;
+    m_fileName = fileName;
+    return startTransfer();
+}
+
+bool DownloadDialog::startTransfer()
+{
     ApplUpdater *updater = m_launcher->getApplUpdater();
     // The one refusal before a download: an installer that nothing could vouch for.
-    if (!updater->startDownload(url, fileName)) {
+    if (!updater->startDownload(m_url, m_fileName)) {
         QMessageBox::critical(this, tr("Error"),
             tr("The installer was not downloaded: it, or the update catalogue that names it, comes over an "
                "unencrypted connection (plain http), and the catalogue gives no checksum to show that it is the "
@@ -41,33 +59,68 @@ bool DownloadDialog::startDownload(const QString &url, const QString &fileName)
             QMessageBox::Ok);
         return false;
     }
-    m_launcher->writeLog(QStringLiteral("DownloadDialog:: Download started: %1").arg(url));
-    connect(updater, SIGNAL(signalDownloadFinished(QString, bool)), this, SLOT(downloadFinished(QString, bool)));
-    connect(updater, SIGNAL(signalUpdateProgress(qint64, qint64)), this, SLOT(updateProgress(qint64, qint64)));
+    m_launcher->writeLog(QStringLiteral("DownloadDialog:: Download started: %1").arg(m_url));
+    listenToUpdater(true);
+    m_rate.restart();
+    m_clock.start();
     return true;
+}
+
+void DownloadDialog::listenToUpdater(bool listen)
+{
+    ApplUpdater *updater = m_launcher->getApplUpdater();
+    if (listen) {
+        connect(updater, SIGNAL(signalDownloadFinished(QString, bool)), this, SLOT(downloadFinished(QString, bool)));
+        connect(updater, SIGNAL(signalUpdateProgress(qint64, qint64)), this, SLOT(updateProgress(qint64, qint64)));
+    } else {
+        disconnect(updater, SIGNAL(signalDownloadFinished(QString, bool)), this, SLOT(downloadFinished(QString, bool)));
+        disconnect(updater, SIGNAL(signalUpdateProgress(qint64, qint64)), this, SLOT(updateProgress(qint64, qint64)));
+    }
+}
+
+void DownloadDialog::showStage(Stage stage)
+{
+    switch (stage) {
+    case Stage::Downloading:
+        ui->captionLabel->setText(tr("Now downloading..."));
+        ui->statusLabel->clear();
+        ui->retryButton->hide();
+        break;
+    case Stage::Failed:
+        ui->captionLabel->setText(tr("The download failed."));
+        // A busy bar would say that something is still going on.
+        if (ui->progressBar->maximum() == 0)
+            ui->progressBar->setMaximum(kBarSteps);
+        ui->retryButton->show();
+        break;
+    }
 }
 
 void DownloadDialog::updateProgress(qint64 bytesRead, qint64 totalBytes)
 {
-    // Handed over as they come, cut to the bar's range, without scaling.
+    m_rate.addSample(m_clock.elapsed(), bytesRead);
+    ui->statusLabel->setText(DownloadTexts::progress(bytesRead, totalBytes, m_rate.bytesPerSecond()));
     if (totalBytes < 0) {
-        ui->progressBar->setMaximum(100);
-        ui->progressBar->setValue(0);
+        // A busy bar: the length is unknown, the bytes so far are in the line below.
+        ui->progressBar->setRange(0, 0);
         return;
     }
-    ui->progressBar->setMaximum(int(totalBytes));
-    ui->progressBar->setValue(int(bytesRead));
+    ui->progressBar->setRange(0, kBarSteps);
+    ui->progressBar->setValue(totalBytes == 0 ? kBarSteps : int(bytesRead * kBarSteps / totalBytes));
 }
 
 void DownloadDialog::downloadFinished(const QString &message, bool b)
 {
+    Q_UNUSED(message) // the log has it; the user gets the cause in words
+    listenToUpdater(false);
     ApplUpdater *updater = m_launcher->getApplUpdater();
-    disconnect(updater, SIGNAL(signalDownloadFinished(QString, bool)), this, SLOT(downloadFinished(QString, bool)));
-    disconnect(updater, SIGNAL(signalUpdateProgress(qint64, qint64)), this, SLOT(updateProgress(qint64, qint64)));
     if (!b) {
-        // The dialog stays open with the bar where it stopped: the user ends
-        // it, with Cancel or the close button.
-        QMessageBox::critical(this, tr("Error"), failureText(message), QMessageBox::Ok);
+        // The dialog stays open with the bar where it stopped: the user
+        // retries, or ends it with Cancel or the close button.
+        const QString cause = DownloadTexts::failure(updater->getDownloadFailure());
+        showStage(Stage::Failed);
+        ui->statusLabel->setText(cause);
+        QMessageBox::critical(this, tr("Error"), cause, QMessageBox::Ok);
         return;
     }
     // With the wait flag the whole program stops here until the file has ended.
@@ -79,14 +132,12 @@ void DownloadDialog::downloadFinished(const QString &message, bool b)
     accept();
 }
 
-QString DownloadDialog::failureText(const QString &message) const
+void DownloadDialog::retryClicked()
 {
-    const QString certificate = m_launcher->getApplUpdater()->getCertificateErrors();
-    if (certificate.isEmpty())
-        return message;
-    return tr("The server's certificate could not be verified, so the installer was not downloaded. Someone may be "
-              "intercepting the connection, or the server is set up wrongly.\n\n%1\n%2")
-        .arg(certificate, message);
+    m_launcher->writeLog(QStringLiteral("DownloadDialog::retryClicked()"));
+    showStage(Stage::Downloading);
+    if (!startTransfer())
+        showStage(Stage::Failed);
 }
 
 void DownloadDialog::cancelClicked()
