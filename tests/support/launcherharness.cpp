@@ -163,7 +163,7 @@ LauncherRun *LauncherHarness::startProgram(const QString &program, const QString
         environment.remove(QStringLiteral("LD_PRELOAD"));
     run->m_process.setProcessEnvironment(environment);
     run->m_process.setWorkingDirectory(m_profile.root() + QStringLiteral("/home"));
-    run->m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+    run->m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     run->m_process.start(program, arguments);
     run->m_process.waitForStarted(10000);
     return run;

@@ -45,6 +45,8 @@ public:
     QStringList doneSteps() const { return steps(true); }
     // Exit status and dialogs, for failure messages; stderr goes to the test's own.
     QString describe() const;
+    // What the process wrote to standard output since the last call.
+    QByteArray readStandardOutput() { return m_process.readAllStandardOutput(); }
 
 private:
     friend class LauncherHarness;
