@@ -1,3 +1,4 @@
+#include "consoleoptions.h"
 #include "processlauncher.h"
 
 #include <QLockFile>
@@ -26,10 +27,10 @@ public:
     int run(const char *entryName)
     {
 #ifdef ZANMIR_WINDOW_MODULE
-        // Beside the executable in the build tree, below lib/ once installed.
+        // Beside the executable in the build tree, in its library folder once installed.
         const QString folder = QCoreApplication::applicationDirPath();
         for (const QString &path : { folder + QStringLiteral("/" ZANMIR_WINDOW_MODULE),
-                 folder + QStringLiteral("/../lib/zanmir-launcher/" ZANMIR_WINDOW_MODULE) }) {
+                 folder + QStringLiteral("/" ZANMIR_WINDOW_MODULE_FOLDER "/" ZANMIR_WINDOW_MODULE) }) {
             m_module.setFileName(path);
             if (m_module.load())
                 break;
@@ -61,6 +62,11 @@ private:
 
 int main(int argc, char *argv[])
 {
+    // Answered before the application object makes its log folder.
+    const ConsoleOptions::Request request = ConsoleOptions::find(argc, argv);
+    if (request != ConsoleOptions::Request::None)
+        return ConsoleOptions::answer(request);
+
     // The translator outlives the application object that uses it.
     QTranslator translator;
     int result = 0;

@@ -37,6 +37,15 @@ bool SystemEnvironment::isFileArgument(const QString &argument)
 #endif
 }
 
+bool SystemEnvironment::hasConsoleOptions()
+{
+#ifdef Q_OS_WIN
+    return false;
+#else
+    return true;
+#endif
+}
+
 bool SystemEnvironment::openFile(const QString &path, bool wait, QString &errorText)
 {
     if (!QFile::exists(path)) {

@@ -18,6 +18,10 @@ public:
     // begins with; on Windows "/" and "-" always start an option.
     static bool isFileArgument(const QString &argument);
 
+    // Whether the launcher answers --help and --version on standard output:
+    // not on Windows, where it is a GUI program with no console to print to.
+    static bool hasConsoleOptions();
+
     // Starts a file the way the shell's "open" action does. With wait true the
     // call returns only when the started process has ended; the exit code is
     // not read. On false errorText holds the reason.

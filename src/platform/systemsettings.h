@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <memory>
+#include <vector>
 
 // The machine-wide settings stores that installers and the user's Internet
 // options write. On Windows these are registry keys; elsewhere INI files under
@@ -14,8 +15,12 @@
 class SystemSettings
 {
 public:
-    // The uninstall records: one group per installed application.
-    static std::unique_ptr<QSettings> openUninstallRecords();
+    // The uninstall records, one group per installed application, in the
+    // order they are read. Off Windows: the user's, which the installers
+    // that the launcher runs write, then the launcher's own record that its
+    // installation put below the prefix (a package installs for every user at
+    // once, as the Windows installer writes the machine's key).
+    static std::vector<std::unique_ptr<QSettings>> openUninstallRecords();
     // The current user's Internet settings, or null when this machine has no
     // such source (off Windows: when InternetSettings.ini does not exist).
     static std::unique_ptr<QSettings> openInternetSettings();
@@ -29,6 +34,9 @@ public:
 
     // Paths of the INI stand-ins; empty on Windows.
     static QString uninstallRecordsFile();
+    // <prefix>/share/zanmir-launcher/UninstallRecords.ini, beside the
+    // executable's <prefix>/bin.
+    static QString installationRecordFile();
     static QString internetSettingsFile();
 };
 

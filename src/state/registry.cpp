@@ -27,6 +27,37 @@ QString describe(const EditorInfo &info)
         .arg(info.getApplType(), info.getEdition(), info.getVersion());
 }
 
+// The valid entries of one store of uninstall records, in its order.
+QList<EditorInfo> readEntries(const QSettings &records)
+{
+    // Both tests are substring tests on purpose: the key path only has to
+    // contain "DisplayName", and the name only has to contain one of the
+    // two product names, in this exact case.
+    QStringList subkeys;
+    const QStringList keys = records.allKeys();
+    for (const QString &key : keys) {
+        if (!key.contains(QLatin1String("DisplayName")))
+            continue;
+        const QString displayName = records.value(key).toString();
+        if (displayName.contains(QLatin1String("Vorlix Zanmir Launcher"))
+            || displayName.contains(QLatin1String("Vorlix Zanmir Editor")))
+            subkeys.append(key.split(QLatin1Char('/'), Qt::KeepEmptyParts).first());
+    }
+
+    QList<EditorInfo> entries;
+    for (const QString &subkey : qAsConst(subkeys)) {
+        const auto value = [&records, &subkey](const char *name) {
+            return records.value(QStringLiteral("%1/%2").arg(subkey, QLatin1String(name)), QString()).toString();
+        };
+        const EditorInfo info(value("AppType"), value("AppName"), value("AppEdition"), value("AppVersion"),
+            value("EditorPath"), value("UninstallString"));
+        // Half-written entries are skipped without a word.
+        if (info.isValid())
+            entries.append(info);
+    }
+    return entries;
+}
+
 } // namespace
 
 Registry::Registry(const QString &filePath, QObject *parent)
@@ -84,25 +115,13 @@ void Registry::scanInstalledApplications()
 {
     // Taken before the read: a change while reading shows at the next query.
     const QByteArray stamp = SystemSettings::uninstallRecordsStamp();
-    // A fresh settings object each time, so that what an installer wrote
+    // Fresh settings objects each time, so that what an installer wrote
     // since the last scan is seen. (QSettings keeps small files parsed,
     // keyed on size and time to the millisecond; a change that keeps both
     // is not seen before one of them changes.)
-    const std::unique_ptr<QSettings> records = SystemSettings::openUninstallRecords();
-
-    // Both tests are substring tests on purpose: the key path only has to
-    // contain "DisplayName", and the name only has to contain one of the
-    // two product names, in this exact case.
-    QStringList subkeys;
-    const QStringList keys = records->allKeys();
-    for (const QString &key : keys) {
-        if (!key.contains(QLatin1String("DisplayName")))
-            continue;
-        const QString displayName = records->value(key).toString();
-        if (displayName.contains(QLatin1String("Vorlix Zanmir Launcher"))
-            || displayName.contains(QLatin1String("Vorlix Zanmir Editor")))
-            subkeys.append(key.split(QLatin1Char('/'), Qt::KeepEmptyParts).first());
-    }
+    QList<EditorInfo> entries;
+    for (const std::unique_ptr<QSettings> &records : SystemSettings::openUninstallRecords())
+        entries += readEntries(*records);
 
     // The same catalogue as clearing it and inserting each valid entry with
     // updateVersion, built in one pass: types in order of first appearance,
@@ -116,16 +135,7 @@ void Registry::scanInstalledApplications()
     };
     QList<Application> applications;
     QHash<QString, int> typePositions;
-    for (const QString &subkey : qAsConst(subkeys)) {
-        const auto value = [&records, &subkey](const char *name) {
-            return records->value(QStringLiteral("%1/%2").arg(subkey, QLatin1String(name)), QString()).toString();
-        };
-        const EditorInfo info(value("AppType"), value("AppName"), value("AppEdition"), value("AppVersion"),
-            value("EditorPath"), value("UninstallString"));
-        // Half-written entries are skipped without a word.
-        if (!info.isValid())
-            continue;
-
+    for (const EditorInfo &info : qAsConst(entries)) {
         auto type = typePositions.find(info.getApplType());
         if (type == typePositions.end()) {
             type = typePositions.insert(info.getApplType(), applications.size());

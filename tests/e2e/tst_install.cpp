@@ -1,12 +1,14 @@
 #include "launcherharness.h"
 #include "sampleproject.h"
+#include "systemsettings.h"
 #include "testfiles.h"
 
 #include <QtTest>
 
 // The install rules and the desktop's file associations: everything lands
-// below the prefix, and after the usual database refresh the desktop hands a
-// project of either form, and nothing else, to the launcher.
+// below the prefix, the installation registers the launcher it installs, and
+// after the usual database refresh the desktop hands a project of either
+// form, and nothing else, to the launcher.
 class TestInstall : public QObject
 {
     Q_OBJECT
@@ -50,6 +52,12 @@ private slots:
         m_harness.reset(new LauncherHarness);
         m_harness->setEnvironmentValue("XDG_DATA_DIRS", dataDirs);
         QVERIFY(m_harness->isValid() && m_harness->registerVersions({ "2.0.03", "2.1.05" }));
+        // The user's records hold the editors only, as after installing the launcher's package.
+        QSettings records(SystemSettings::uninstallRecordsFile(), QSettings::IniFormat);
+        for (const QString &group : records.childGroups()) {
+            if (records.value(group + "/AppType").toString() == QLatin1String("launcher"))
+                records.remove(group);
+        }
     }
 
     void installsOnlyBelowThePrefix()
@@ -60,21 +68,32 @@ private slots:
         installed.sort();
         QCOMPARE(installed,
             (QStringList { "bin/ZanmirLauncher", "lib/zanmir-launcher/zanmir-launcher-ui.so",
-                "share/applications/zanmir-launcher.desktop", "share/icons/hicolor/256x256/apps/zanmir-launcher.png",
-                "share/mime/packages/zanmir-launcher.xml" }));
+                "share/applications/zanmir-launcher.desktop", "share/doc/zanmir-launcher/changelog.gz",
+                "share/doc/zanmir-launcher/copyright", "share/icons/hicolor/256x256/apps/zanmir-launcher.png",
+                "share/man/man1/ZanmirLauncher.1.gz", "share/metainfo/example.zanmir.launcher.metainfo.xml",
+                "share/mime/packages/zanmir-launcher.xml", "share/zanmir-launcher/UninstallRecords.ini" }));
         QVERIFY(QFileInfo(m_prefix.path() + "/bin/ZanmirLauncher").isExecutable());
         QCOMPARE(QImage(share("icons/hicolor/256x256/apps/zanmir-launcher.png")).size(), QSize(256, 256));
-        int status = -1;
-        const QString said
-            = runTool("desktop-file-validate", { share("applications/zanmir-launcher.desktop") }, &status);
-        QVERIFY2(status == 0 && said.isEmpty(), qPrintable(said));
+        for (const QStringList &validate :
+            { QStringList { "desktop-file-validate", share("applications/zanmir-launcher.desktop") },
+                QStringList { "appstreamcli", "validate", "--no-net", "--no-color",
+                    share("metainfo/example.zanmir.launcher.metainfo.xml") } }) {
+            int status = -1;
+            const QString said = runTool(validate.first(), validate.mid(1), &status);
+            // The desktop entry without so much as a hint; the metadata may carry infos.
+            QVERIFY2(status == 0 && (validate.first() == "appstreamcli" || said.isEmpty()), qPrintable(said));
+        }
 
-        // The installed launcher finds its windows below the prefix.
+        // The installed launcher is registered by its installation and finds its windows below the prefix.
         m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", "window Zanmir Launcher;close");
         LauncherRun *window = m_harness->startProgram(m_prefix.path() + "/bin/ZanmirLauncher", {});
         QVERIFY2(window->waitForFinished(30000) && window->exitedWith(0), qPrintable(window->describe()));
         QVERIFY(window->failedSteps().isEmpty() && window->doneSteps().contains("window Zanmir Launcher"));
         m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", QString());
+        QVERIFY2(m_harness->launcherLog().contains(
+                     "EditorLaunch::getLauncherVersion: Current launcher Version " ZANMIR_VERSION ": " + m_prefix.path()
+                     + "/bin/ZanmirLauncher\n"),
+            qPrintable(m_harness->launcherLog()));
     }
 
     void projectTypes_data()

@@ -1,16 +1,79 @@
 #include "launcherharness.h"
+#include "sampleproject.h"
 #include "testlog.h"
 
 #include <QImage>
 #include <QtTest>
 
 // Start-up of the real binary: a launcher missing from the uninstall records
-// does not start, and says so with a box and status 1; the main window.
+// does not start, and says so with a box and status 1; the main window; the
+// questions a terminal asks of it.
 class TestStartup : public QObject
 {
     Q_OBJECT
 
+    // Every file and folder below the folder, by relative path.
+    static QStringList contents(const QString &folder)
+    {
+        QStringList paths;
+        QDirIterator it(folder, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+        while (it.hasNext())
+            paths.append(QDir(folder).relativeFilePath(it.next()));
+        paths.sort();
+        return paths;
+    }
+
 private slots:
+    void consoleOptions_data()
+    {
+        QTest::addColumn<QStringList>("arguments"); // "@" is a project that the launcher could open
+        QTest::addColumn<QString>("output"); // the start of standard output
+        const QString usage = "Usage: ZanmirLauncher [OPTION]... [PROJECT]\n";
+        // clang-format off
+        QTest::newRow("--help") << QStringList { "--help" } << usage;
+        QTest::newRow("-h") << QStringList { "-h" } << usage;
+        QTest::newRow("--version") << QStringList { "--version" } << "Zanmir Launcher " ZANMIR_VERSION "\n";
+        QTest::newRow("--help with a project") << QStringList { "@", "--help" } << usage;
+        QTest::newRow("the first of two") << QStringList { "--version", "-h" } << "Zanmir Launcher " ZANMIR_VERSION "\n";
+        // clang-format on
+    }
+
+    // Answered on standard output with status 0, on a profile where the
+    // launcher would otherwise open the project: no window or box, no
+    // editor, and nothing written, not even the log lines of the arguments.
+    void consoleOptions()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, output);
+        LauncherHarness harness;
+        QVERIFY(harness.isValid() && harness.registerVersions({ "2.1.05" }));
+        QVERIFY(!harness.profile().launcherFolder(true).isEmpty()); // left by an earlier run
+        QVERIFY(SampleProject::writeProject(harness.projectPath("scene.zmr"), "2.1.5.0"));
+        arguments.replaceInStrings("@", harness.projectPath("scene.zmr"));
+        const QStringList before = contents(harness.profile().root());
+
+        LauncherRun *run = harness.run(arguments);
+        QVERIFY2(run->exitedWith(0) && run->dialogs().isEmpty(), qPrintable(run->describe()));
+        const QString said = QString::fromLocal8Bit(run->readStandardOutput());
+        QVERIFY2(said.startsWith(output), qPrintable(said));
+        QCOMPARE(contents(harness.profile().root()), before);
+        QVERIFY(harness.editorStarts().isEmpty());
+    }
+
+    // Any other option is ignored as before, however it is spelt.
+    void unknownLongOptionIsIgnored()
+    {
+        LauncherHarness harness;
+        QVERIFY(harness.isValid() && harness.registerVersions({ "2.1.05" }));
+        const QString project = harness.projectPath("scene.zmr");
+        QVERIFY(SampleProject::writeProject(project, "2.1.5.0"));
+        LauncherRun *run = harness.run({ "--frobnicate", project });
+        QVERIFY2(run->exitedWith(0) && run->dialogs().isEmpty(), qPrintable(run->describe()));
+        QVERIFY(run->readStandardOutput().isEmpty());
+        QVERIFY(harness.waitForEditorStarts(1));
+        QCOMPARE(harness.editorStarts().first().mid(1), QStringList { project });
+    }
+
     void failedStart_data()
     {
         QTest::addColumn<bool>("logFolder"); // left by an earlier run

@@ -207,7 +207,7 @@ LauncherRun *LauncherHarness::launch(
     command << program << arguments;
     run->m_process.setProcessEnvironment(environment);
     run->m_process.setWorkingDirectory(m_profile.root() + QStringLiteral("/home"));
-    run->m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+    run->m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     run->m_process.start(command.takeFirst(), command);
     // Without a time limit: starting ends either way, and at once.
     run->m_started = run->m_process.waitForStarted(-1);

@@ -49,6 +49,8 @@ public:
     QStringList doneSteps() const;
     // Exit status, dialogs and missing steps, for failure messages; stderr goes to the test's own.
     QString describe() const;
+    // What the process wrote to standard output since the last call.
+    QByteArray readStandardOutput() { return m_process.readAllStandardOutput(); }
 
 private:
     friend class LauncherHarness;
