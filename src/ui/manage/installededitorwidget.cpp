@@ -7,6 +7,17 @@
 #include "screeninfo.h"
 #include "versiondescwidget.h"
 
+namespace {
+
+// The notice band grows by the lines it shows: the note that no editor is
+// installed takes two lines, the newer series one larger line, and the note
+// of what the last package flow changed one line below either.
+constexpr int kNoEditorHeight = 70;
+constexpr int kRecentVersionHeight = 40;
+constexpr int kChangeNoteHeight = 30;
+
+} // namespace
+
 InstalledEditorWidget::InstalledEditorWidget(QWidget *parent)
     : QWidget(parent)
     , ui(new Ui::InstalledEditorWidget)
@@ -29,6 +40,8 @@ void InstalledEditorWidget::setProcessLauncher(ProcessLauncher *launcher)
         m_launcher->getApplInfo(), SIGNAL(signalPinnedVersionInfoUpdated()), this, SLOT(pinnedVersionInfoUpdated()));
     connect(m_launcher->getScreenInfo(), SIGNAL(signalRefreshButtonClicked()), this, SLOT(refreshButtonClicked()));
     connect(m_launcher->getScreenInfo(), SIGNAL(signalInstallationConfirmed()), this, SLOT(installationConfirmed()));
+    connect(
+        m_launcher->getScreenInfo(), SIGNAL(signalInstallationNoted(QString)), this, SLOT(installationNoted(QString)));
     ui->editorInstallWidget->setProcessLauncher(m_launcher);
 }
 
@@ -90,15 +103,21 @@ void InstalledEditorWidget::showNotice(bool recentVersionFound, const ApplUpdate
         ui->labelNoEditor->setText(tr("Installed editor does not exist.\nPlease install any editor."));
         ui->labelNoEditor->show();
         ui->labelRecentVersion->hide();
-        height = 70;
+        height = kNoEditorHeight;
     } else if (recentVersionFound) {
         ui->labelNoEditor->hide();
         ui->labelRecentVersion->setText(tr("Recent version %1 is available.").arg(recent.getVersion()));
         ui->labelRecentVersion->show();
-        height = 40;
+        height = kRecentVersionHeight;
     } else {
         ui->labelNoEditor->hide();
         ui->labelRecentVersion->hide();
+    }
+    ui->labelChangeNote->setText(m_note);
+    ui->labelChangeNote->setVisible(!m_note.isEmpty());
+    if (!m_note.isEmpty()) {
+        ui->labelChangeNote->move(0, height);
+        height += kChangeNoteHeight;
     }
     ui->contentsFrame->setMinimumHeight(height);
     ui->contentsFrame->setMaximumHeight(height);
@@ -129,4 +148,9 @@ void InstalledEditorWidget::refreshButtonClicked()
 void InstalledEditorWidget::installationConfirmed()
 {
     rebuildRows();
+}
+
+void InstalledEditorWidget::installationNoted(const QString &note)
+{
+    m_note = note;
 }

@@ -35,6 +35,9 @@ public slots:
     void pinnedVersionInfoUpdated();
     void refreshButtonClicked();
     void installationConfirmed();
+    // What the last package flow changed, shown under the notice until the
+    // next flow tells its own.
+    void installationNoted(const QString &note);
 
 private:
     void showNotice(bool recentVersionFound, const ApplUpdateInfo &recent, bool noEditor);
@@ -42,6 +45,7 @@ private:
     Ui::InstalledEditorWidget *ui;
     ProcessLauncher *m_launcher = nullptr;
     QList<VersionDescWidget *> m_rows;
+    QString m_note;
 };
 
 #endif // INSTALLEDEDITORWIDGET_H
