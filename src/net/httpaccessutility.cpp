@@ -18,7 +18,6 @@ HTTPAccessUtility::~HTTPAccessUtility() = default;
 bool HTTPAccessUtility::get(const QString &url)
 {
     QEventLoop loop;
-    connect(&m_manager, SIGNAL(finished(QNetworkReply *)), &loop, SLOT(quit()));
     // A server may take the request and never finish its answer; the network
     // stack would wait for ever, and start-up with it.
     const int timeoutMs = DeploymentConfig::httpTimeoutMs();
@@ -30,6 +29,9 @@ bool HTTPAccessUtility::get(const QString &url)
     // No attribute is set, so a redirect comes back as the answer itself.
     QNetworkRequest request(QUrl(url, QUrl::TolerantMode));
     QNetworkReply *reply = m_manager.get(request);
+    // Its own reply only: the window answers input while it waits, and a
+    // Refresh pressed meanwhile fetches inside this wait.
+    connect(reply, SIGNAL(finished()), &loop, SLOT(quit()));
     if (!reply->isFinished()) {
         deadline.start(timeoutMs);
         loop.exec();
