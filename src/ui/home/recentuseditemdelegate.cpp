@@ -21,7 +21,7 @@ void RecentUsedItemDelegate::paint(
     const RecentUsedItem item = index.data(Qt::DisplayRole).value<RecentUsedItem>();
     const int x = option.rect.x();
     const int y = option.rect.y();
-    painter->drawImage(x + 15, y + 10, item.thumbnail());
+    painter->drawImage(x + 15, y + 10, item.getThumbnail());
 
     // Long texts are cut at their rectangle, neither elided nor wrapped.
     QFont font = QApplication::font();
