@@ -43,11 +43,14 @@ void HomeForm::setProcessLauncher(ProcessLauncher *launcher)
     m_launcher = launcher;
     hidePages();
 
-    // The menu strip and the home page make the first frame; the hidden
-    // pages follow it.
+    // The menu strip with its appl badge and the home page make the first
+    // frame; the rows of the hidden management page follow it.
     ui->widgetMenuButton->setProcessLauncher(m_launcher);
     ui->widgetHome->setProcessLauncher(m_launcher);
     ui->widgetHome->refreshRecentProjects();
+    ui->widgetInstalledEditor->setProcessLauncher(m_launcher);
+    ui->widgetInstalledEditor->noticeVersions();
+    ui->widgetLicense->setProcessLauncher(m_launcher);
     ui->widgetHome->show();
     // The menu answers from the first frame on, also while the catalogue is
     // being read again at the end of the set-up.
@@ -87,10 +90,7 @@ bool HomeForm::eventFilter(QObject *watched, QEvent *event)
 
 void HomeForm::finishSetUp()
 {
-    // The rows also tell the menu strip its first appl badge.
-    ui->widgetInstalledEditor->setProcessLauncher(m_launcher);
-    ui->widgetInstalledEditor->rebuildRows();
-    ui->widgetLicense->setProcessLauncher(m_launcher);
+    ui->widgetInstalledEditor->buildRows();
     // The pages are loaded once; Refresh does not reload them.
     ui->widgetInfo->setProcessLauncher(m_launcher);
     ui->widgetInfo->setUrl(m_launcher->getWebUrl(QStringLiteral("newsweb")));

@@ -34,6 +34,23 @@ void InstalledEditorWidget::setProcessLauncher(ProcessLauncher *launcher)
 
 void InstalledEditorWidget::rebuildRows()
 {
+    const QList<EditorInfo> editors = m_launcher->getInstalledEditors();
+    setVersionDesc(editors);
+    makeRows(editors);
+}
+
+void InstalledEditorWidget::noticeVersions()
+{
+    setVersionDesc(m_launcher->getInstalledEditors());
+}
+
+void InstalledEditorWidget::buildRows()
+{
+    makeRows(m_launcher->getInstalledEditors());
+}
+
+void InstalledEditorWidget::makeRows(const QList<EditorInfo> &editors)
+{
     ui->listWidget->hide();
     ui->listWidget->clear();
     // Later, not now: the row whose action caused this rebuild is still in
@@ -42,8 +59,6 @@ void InstalledEditorWidget::rebuildRows()
         row->deleteLater();
     m_rows.clear();
 
-    const QList<EditorInfo> editors = m_launcher->getInstalledEditors();
-    setVersionDesc(editors);
     for (const EditorInfo &editor : editors) {
         auto *item = new QListWidgetItem(ui->listWidget);
         auto *row = new VersionDescWidget(ui->listWidget);
