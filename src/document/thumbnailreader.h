@@ -21,8 +21,8 @@ class ThumbnailCache;
 // an unreachable network folder) or takes long holds up no other: once it
 // has run a while, another thread starts beside it, up to a limit. Pictures
 // go through a ThumbnailCache, so a project that has not changed since it
-// was last read is not opened. Memory stays bounded: a read holds at most
-// one picture of the bounded size the project reader allows.
+// was last read is not opened. Memory stays bounded: the project reader
+// limits the size of a picture and decodes only a few at a time.
 class ThumbnailReader : public QObject
 {
     Q_OBJECT
