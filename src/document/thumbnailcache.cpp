@@ -6,9 +6,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QSet>
 #include <QStandardPaths>
+#include <QTemporaryFile>
 #include <QtEndian>
 
 namespace {
@@ -135,14 +135,23 @@ bool ThumbnailCache::store(const Stamp &stamp, const QImage &picture)
                << digestOf(compressed);
     }
 
-    // Written beside the entry and renamed over it: a reader in another
-    // thread or process sees the old entry or the new one.
+    // Written beside the entry and put in its place whole, so that a reader
+    // in another thread or process never sees half an entry. Not synced to
+    // the disk: an entry that a crash loses or cuts short is passed over.
     QDir().mkpath(m_folder);
-    QSaveFile file(entryPath(stamp.path));
-    if (!file.open(QIODevice::WriteOnly) || file.write(entry) != entry.size() || !file.commit()) {
-        m_errorText = QStringLiteral("Failed to write thumbnail: %1: %2").arg(file.fileName(), file.errorString());
+    const QString target = entryPath(stamp.path);
+    QTemporaryFile file(target + QStringLiteral(".XXXXXX"));
+    if (!file.open() || file.write(entry) != entry.size() || !file.flush()) {
+        m_errorText = QStringLiteral("Failed to write thumbnail: %1: %2").arg(target, file.errorString());
         return false;
     }
+    QFile::remove(target);
+    if (!file.rename(target)) {
+        m_errorText = QStringLiteral("Failed to write thumbnail: %1: %2").arg(target, file.errorString());
+        return false;
+    }
+    // Renamed, it is the entry: no longer to be removed with the object.
+    file.setAutoRemove(false);
     return true;
 }
 
@@ -151,10 +160,11 @@ void ThumbnailCache::prune(const QStringList &keptPaths)
     QSet<QString> kept;
     for (const QString &path : keptPaths)
         kept.insert(QFileInfo(entryPath(path)).fileName());
+    // The folder is the cache's own: what a write cut short left goes too.
     QDir folder(m_folder);
-    const QStringList entries = folder.entryList({ QLatin1Char('*') + kSuffix }, QDir::Files);
-    for (const QString &entry : entries) {
-        if (!kept.contains(entry))
-            folder.remove(entry);
+    const QStringList files = folder.entryList(QDir::Files | QDir::Hidden);
+    for (const QString &file : files) {
+        if (!kept.contains(file))
+            folder.remove(file);
     }
 }
