@@ -50,9 +50,12 @@ private slots:
         m_form.reset(new HomeForm);
         m_form->setProcessLauncher(m_launcher);
         // The window's first frame waits for nothing slow: the second
-        // reading of the catalogue and the web pages come after it.
+        // reading of the catalogue and the web pages come after it. Its
+        // badges come from the catalogue read at start.
         QCOMPARE(catalogueReads(), 1);
         QVERIFY(m_form->findChild<QWebView *>("webView")->url().isEmpty());
+        QCOMPARE(m_form->findChild<QToolButton *>("buttonHelp")->icon().pixmap(36, 36).toImage(),
+            QIcon(":/icons/howtoweb_update_yellow.png").pixmap(36, 36).toImage());
         m_form->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_form.data()));
         QTRY_VERIFY(m_form->isSetUp());

@@ -43,9 +43,11 @@ void HomeForm::setProcessLauncher(ProcessLauncher *launcher)
     m_launcher = launcher;
     hidePages();
 
-    // The menu strip with its appl badge and the home page make the first
-    // frame; the rows of the hidden management page follow it.
+    // The menu strip with its badges and the home page make the first frame;
+    // the badges come from the catalogue read at start, until the catalogue
+    // has been read again. The rows of the hidden management page follow.
     ui->widgetMenuButton->setProcessLauncher(m_launcher);
+    m_launcher->noticeWebVersions();
     ui->widgetHome->setProcessLauncher(m_launcher);
     ui->widgetHome->refreshRecentProjects();
     ui->widgetInstalledEditor->setProcessLauncher(m_launcher);
