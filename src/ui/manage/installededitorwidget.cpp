@@ -7,6 +7,15 @@
 #include "screeninfo.h"
 #include "versiondescwidget.h"
 
+namespace {
+
+// The notice band above the rows fits its text: two lines for "no editor",
+// one for a newer series on offer.
+const int kNoEditorNoticeHeight = 70;
+const int kRecentVersionNoticeHeight = 40;
+
+} // namespace
+
 InstalledEditorWidget::InstalledEditorWidget(QWidget *parent)
     : QWidget(parent)
     , ui(new Ui::InstalledEditorWidget)
@@ -105,12 +114,12 @@ void InstalledEditorWidget::showNotice(bool recentVersionFound, const ApplUpdate
         ui->labelNoEditor->setText(tr("Installed editor does not exist.\nPlease install any editor."));
         ui->labelNoEditor->show();
         ui->labelRecentVersion->hide();
-        height = 70;
+        height = kNoEditorNoticeHeight;
     } else if (recentVersionFound) {
         ui->labelNoEditor->hide();
         ui->labelRecentVersion->setText(tr("Recent version %1 is available.").arg(recent.getVersion()));
         ui->labelRecentVersion->show();
-        height = 40;
+        height = kRecentVersionNoticeHeight;
     } else {
         ui->labelNoEditor->hide();
         ui->labelRecentVersion->hide();
