@@ -7,6 +7,15 @@
 #include "screeninfo.h"
 #include "versiondescwidget.h"
 
+namespace {
+
+// The notice band above the rows fits its text: two lines for "no editor",
+// one for a newer series on offer.
+const int kNoEditorNoticeHeight = 70;
+const int kRecentVersionNoticeHeight = 40;
+
+} // namespace
+
 InstalledEditorWidget::InstalledEditorWidget(QWidget *parent)
     : QWidget(parent)
     , ui(new Ui::InstalledEditorWidget)
@@ -34,6 +43,23 @@ void InstalledEditorWidget::setProcessLauncher(ProcessLauncher *launcher)
 
 void InstalledEditorWidget::rebuildRows()
 {
+    const QList<EditorInfo> editors = m_launcher->getInstalledEditors();
+    setVersionDesc(editors);
+    makeRows(editors);
+}
+
+void InstalledEditorWidget::noticeVersions()
+{
+    setVersionDesc(m_launcher->getInstalledEditors());
+}
+
+void InstalledEditorWidget::buildRows()
+{
+    makeRows(m_launcher->getInstalledEditors());
+}
+
+void InstalledEditorWidget::makeRows(const QList<EditorInfo> &editors)
+{
     ui->listWidget->hide();
     ui->listWidget->clear();
     // Later, not now: the row whose action caused this rebuild is still in
@@ -42,8 +68,6 @@ void InstalledEditorWidget::rebuildRows()
         row->deleteLater();
     m_rows.clear();
 
-    const QList<EditorInfo> editors = m_launcher->getInstalledEditors();
-    setVersionDesc(editors);
     for (const EditorInfo &editor : editors) {
         auto *item = new QListWidgetItem(ui->listWidget);
         auto *row = new VersionDescWidget(ui->listWidget);
@@ -90,12 +114,12 @@ void InstalledEditorWidget::showNotice(bool recentVersionFound, const ApplUpdate
         ui->labelNoEditor->setText(tr("Installed editor does not exist.\nPlease install any editor."));
         ui->labelNoEditor->show();
         ui->labelRecentVersion->hide();
-        height = 70;
+        height = kNoEditorNoticeHeight;
     } else if (recentVersionFound) {
         ui->labelNoEditor->hide();
         ui->labelRecentVersion->setText(tr("Recent version %1 is available.").arg(recent.getVersion()));
         ui->labelRecentVersion->show();
-        height = 40;
+        height = kRecentVersionNoticeHeight;
     } else {
         ui->labelNoEditor->hide();
         ui->labelRecentVersion->hide();
