@@ -2,15 +2,23 @@
 // reader cost on large inputs. Prints, in one run:
 //  - an open-with start of the real ZanmirLauncher against a bare Qt program
 //    that does only the work every open-with start must do
-//    (bench_startup_bare), at 10 and at 1,000 uninstall groups: the median
-//    of the ratios of runs made in turn, and both medians in ms;
+//    (bench_startup_bare), at 10 and at 1,000 uninstall groups of which the
+//    launcher and three editors are of the family, and at 1,000 editor
+//    versions: the median of the ratios of runs made in turn, and both
+//    medians in ms;
+//  - the time from the start to the first painted main window (three
+//    editors, six recent projects with pictures) against a bare window with
+//    a web view (bench_startup_window), measured alike in both by a probe
+//    preloaded into them (bench_firstpaint), on the X server of DISPLAY when
+//    there is one;
 //  - the median time of one registry query at 1,000 and 5,000 groups;
 //  - the time and the extra peak memory of reading a 200,000-entry archive
 //    and a 200 MB XML project.
 // Everything runs on a sandbox profile in a temporary folder, with the
 // catalogue served on loopback and the sample editor as the installed one.
 //
-// Usage: bench_startup [RUNS]   (runs per program and size, default 15)
+// Usage: bench_startup [RUNS]   (runs per program and case, default 15)
+#include "benchpicture.h"
 #include "editordocmanager.h"
 #include "editorinfo.h"
 #include "processmemory.h"
@@ -18,12 +26,12 @@
 #include "sampleproject.h"
 #include "systemsettings.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
+#include <QGuiApplication>
 #include <QHash>
 #include <QProcess>
 #include <QSettings>
@@ -32,14 +40,29 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QThread>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 
 namespace {
 
 const QString kCataloguePath = QStringLiteral("/Zanmir/Launcher/UpdateInfo/updateinfo.json?t=pe1");
 const QByteArray kCatalogue = R"({"1.0.0": {"app_versions": {"update_date": "2024/01/01", "updates": []}}})";
+const QByteArray kPage = "<html><body><h1>News</h1><p>Nothing new.</p></body></html>";
 const QString kEditorVersion = QStringLiteral("2.1.0.5");
+
+qint64 steadyNs()
+{
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
 
 QTextStream &out()
 {
@@ -82,9 +105,13 @@ private slots:
         request += socket->readAll();
         if (!request.contains("\r\n\r\n"))
             return;
+        // The catalogue, and a small page for the window's news and help.
+        const bool catalogue = request.startsWith("GET /Zanmir/Launcher/UpdateInfo/");
         m_requests.remove(socket);
-        socket->write("HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nConnection: close\r\nContent-Length: "
-            + QByteArray::number(kCatalogue.size()) + "\r\n\r\n" + kCatalogue);
+        const QByteArray body = catalogue ? kCatalogue : kPage;
+        socket->write(QByteArrayLiteral("HTTP/1.1 200 OK\r\nContent-Type: ")
+            + (catalogue ? "application/json" : "text/html")
+            + "\r\nConnection: close\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body);
         socket->disconnectFromHost();
     }
 
@@ -130,11 +157,11 @@ public:
         return environment;
     }
 
-    // The launcher, the sample editor as the one version that fits the
-    // project, and editor versions of the family up to that many groups
-    // (all of them in the catalogue: the costly case). Written well before
-    // the start, as by an installer.
-    bool writeRecords(int groups) const
+    // That many groups: the launcher, the sample editor as the one version
+    // that fits the project, more editor versions of the family up to
+    // familyGroups, and other products' groups of ten values each. Written
+    // well before the start, as by an installer.
+    bool writeRecords(int groups, int familyGroups) const
     {
         QFile::remove(recordsFile());
         {
@@ -157,10 +184,25 @@ public:
                 QStringLiteral(ZANMIR_LAUNCHER_BINARY));
             add(QStringLiteral("ZanmirEditor_") + kEditorVersion, QStringLiteral("editor"), kEditorVersion,
                 QStringLiteral(ZANMIR_SAMPLE_EDITOR_BINARY));
-            for (int i = 2; i < groups; ++i) {
+            for (int i = 2; i < familyGroups; ++i) {
                 const QString version = QStringLiteral("1.%1.%2.0").arg(i / 100).arg(i % 100);
                 add(QStringLiteral("ZanmirEditor_") + version, QStringLiteral("editor"), version,
                     QStringLiteral("/opt/zanmir/%1/zanmir-editor").arg(version));
+            }
+            for (int i = familyGroups; i < groups; ++i) {
+                records.beginGroup(QStringLiteral("{%1-0000-4000-8000-000000000000}").arg(i, 8, 16, QLatin1Char('0')));
+                const QString folder = QStringLiteral("/opt/product-%1").arg(i);
+                records.setValue(QStringLiteral("DisplayName"), QStringLiteral("Some Product %1").arg(i));
+                records.setValue(QStringLiteral("DisplayVersion"), QStringLiteral("%1.0.%2").arg(i % 7).arg(i));
+                records.setValue(QStringLiteral("Publisher"), QStringLiteral("Some Maker %1").arg(i % 13));
+                records.setValue(QStringLiteral("InstallLocation"), folder);
+                records.setValue(QStringLiteral("InstallDate"), QStringLiteral("20240101"));
+                records.setValue(QStringLiteral("UninstallString"), folder + QStringLiteral("/uninstall"));
+                records.setValue(QStringLiteral("DisplayIcon"), folder + QStringLiteral("/icon.png"));
+                records.setValue(QStringLiteral("EstimatedSize"), 1000 + i);
+                records.setValue(QStringLiteral("NoModify"), 1);
+                records.setValue(QStringLiteral("URLInfoAbout"), QStringLiteral("https://maker%1.example").arg(i % 13));
+                records.endGroup();
             }
             records.sync();
             if (records.status() != QSettings::NoError)
@@ -175,29 +217,63 @@ private:
     QTemporaryDir m_dir;
 };
 
-// Runs a program to its end while this thread's event loop turns (the
-// catalogue server lives here). The wall time in ns, -1 when it failed.
-qint64 runTimed(const QString &program, const QStringList &arguments, const Profile &profile, const QString &server)
+// Runs a program to its end, a minute at most, while this thread's event
+// loop turns (the catalogue server lives here). False when it failed;
+// started and ended are the clock's ns around it.
+bool runProgram(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment,
+    const Profile &profile, qint64 &started, qint64 &ended)
 {
     QProcess process;
-    process.setProcessEnvironment(profile.environment(server));
+    process.setProcessEnvironment(environment);
     process.setWorkingDirectory(profile.path(QStringLiteral("home")));
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     QEventLoop loop;
     QObject::connect(&process, SIGNAL(finished(int, QProcess::ExitStatus)), &loop, SLOT(quit()));
     QObject::connect(&process, SIGNAL(errorOccurred(QProcess::ProcessError)), &loop, SLOT(quit()));
-    QElapsedTimer timer;
-    timer.start();
+    QTimer deadline;
+    QObject::connect(&deadline, SIGNAL(timeout()), &loop, SLOT(quit()));
+    deadline.start(60000);
+    started = steadyNs();
     process.start(program, arguments);
     loop.exec();
-    const qint64 elapsed = timer.nsecsElapsed();
+    ended = steadyNs();
     if (process.state() != QProcess::NotRunning) {
         process.kill();
         process.waitForFinished();
-        return -1;
+        return false;
     }
-    return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0 ? elapsed : -1;
+    return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+}
+
+// The wall time of a run in ns, -1 when it failed.
+qint64 runTimed(const QString &program, const QStringList &arguments, const Profile &profile, const QString &server)
+{
+    qint64 started = 0, ended = 0;
+    return runProgram(program, arguments, profile.environment(server), profile, started, ended) ? ended - started : -1;
+}
+
+// Runs a program with the first-paint probe preloaded, which ends it after
+// its first window was painted: the ns from the start to that paint, -1 when
+// it failed. The window's object name goes to window.
+qint64 runToFirstPaint(const QString &program, const Profile &profile, const QString &server, QString &window)
+{
+    const QString log = profile.path(QStringLiteral("first-paint.log"));
+    QFile::remove(log);
+    QProcessEnvironment environment = profile.environment(server);
+    environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(ZANMIR_FIRST_PAINT_PROBE));
+    environment.insert(QStringLiteral("ZANMIR_BENCH_PAINT_LOG"), log);
+    // A real X server when there is one (bench/run starts Xvfb), as a user's window is.
+    if (!environment.value(QStringLiteral("DISPLAY")).isEmpty())
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    qint64 started = 0, ended = 0;
+    if (!runProgram(program, QStringList(), environment, profile, started, ended))
+        return -1;
+    const QList<QByteArray> painted = readFile(log).trimmed().split(' ');
+    if (painted.size() != 2)
+        return -1;
+    window = QString::fromUtf8(painted.at(1));
+    return painted.at(0).toLongLong() - started;
 }
 
 int editorStarts(const Profile &profile)
@@ -206,9 +282,9 @@ int editorStarts(const Profile &profile)
     return log.open(QIODevice::ReadOnly) ? log.readAll().count('\n') : 0;
 }
 
-bool compareOpenWith(const Profile &profile, const CatalogueServer &server, int groups, int runs)
+bool compareOpenWith(const Profile &profile, const CatalogueServer &server, int groups, int familyGroups, int runs)
 {
-    if (!profile.writeRecords(groups))
+    if (!profile.writeRecords(groups, familyGroups))
         return false;
     const QString launcher = QStringLiteral(ZANMIR_LAUNCHER_BINARY);
     const QString bare = QStringLiteral(ZANMIR_BARE_BINARY);
@@ -242,8 +318,9 @@ bool compareOpenWith(const Profile &profile, const CatalogueServer &server, int 
     // The ratio is the median of the rounds' own ratios, which a change of
     // load between rounds moves less than the ratio of the medians.
     const double launcherMs = median(launcherNs) / 1e6, bareMs = median(bareNs) / 1e6;
-    out() << QStringLiteral("  %1 groups: %2x (medians: launcher %3 ms, bare program %4 ms)")
+    out() << QStringLiteral("  %1 groups, %2 of the family: %3x (medians: launcher %4 ms, bare program %5 ms)")
                  .arg(groups, 5)
+                 .arg(familyGroups, 4)
                  .arg(median(ratios), 0, 'f', 2)
                  .arg(launcherMs, 0, 'f', 1)
                  .arg(bareMs, 0, 'f', 1)
@@ -251,9 +328,48 @@ bool compareOpenWith(const Profile &profile, const CatalogueServer &server, int 
     return true;
 }
 
+// The main window of a profile with three editors and six recent projects,
+// each with its picture, against a bare window with a web view.
+bool compareFirstWindow(const Profile &profile, const CatalogueServer &server, int runs)
+{
+    const QString launcher = QStringLiteral(ZANMIR_LAUNCHER_BINARY);
+    if (!profile.writeRecords(4, 4))
+        return false;
+    // Opened from the file manager, as a user would have.
+    for (int i = 0; i < 6; ++i) {
+        const QString project = profile.path(QStringLiteral("projects/recent-%1.zmr").arg(i));
+        if (!SampleProject::writeProject(project, kEditorVersion, nullptr, benchPicture(i))
+            || runTimed(launcher, { project }, profile, server.base()) < 0)
+            return false;
+    }
+
+    QVector<qint64> launcherNs, bareNs;
+    QVector<double> ratios;
+    for (int round = 0; round <= runs; ++round) {
+        QString launcherWindow, bareWindow;
+        const qint64 a = runToFirstPaint(launcher, profile, server.base(), launcherWindow);
+        const qint64 b = runToFirstPaint(QStringLiteral(ZANMIR_BARE_WINDOW_BINARY), profile, server.base(), bareWindow);
+        if (a < 0 || b < 0 || launcherWindow != QLatin1String("HomeForm"))
+            return false;
+        if (round > 0) {
+            launcherNs.append(a);
+            bareNs.append(b);
+            ratios.append(double(a) / double(b));
+        }
+    }
+    out() << QStringLiteral("  %1x (medians: launcher %2 ms, bare window %3 ms; spread of the ratios %4-%5x)")
+                 .arg(median(ratios), 0, 'f', 2)
+                 .arg(median(launcherNs) / 1e6, 0, 'f', 1)
+                 .arg(median(bareNs) / 1e6, 0, 'f', 1)
+                 .arg(*std::min_element(ratios.begin(), ratios.end()), 0, 'f', 2)
+                 .arg(*std::max_element(ratios.begin(), ratios.end()), 0, 'f', 2)
+          << '\n';
+    return true;
+}
+
 bool measureQueries(const Profile &profile, int groups)
 {
-    if (!profile.writeRecords(groups))
+    if (!profile.writeRecords(groups, groups))
         return false;
     QElapsedTimer timer;
     timer.start();
@@ -332,7 +448,9 @@ bool writeHugeXml(const QString &path, qint64 versionBytes)
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication app(argc, argv);
+    // A GUI application for the pictures, on no screen.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
     if (argc == 3 && QByteArray(argv[1]) == "--read")
         return readProject(QString::fromLocal8Bit(argv[2]));
     const int runs = argc > 1 ? qMax(1, QByteArray(argv[1]).toInt()) : 15;
@@ -349,12 +467,23 @@ int main(int argc, char *argv[])
     out() << "open-with start of ZanmirLauncher / bare Qt program, median of " << runs
           << " runs each (targets: 1.1x at 10 groups, 1.2x at 1,000):\n";
     out().flush();
-    for (int groups : { 10, 1000 }) {
-        if (!compareOpenWith(profile, server, groups, runs)) {
-            out() << "  " << groups << " groups: a run failed\n";
+    // Groups of other products beside the launcher and three editors, and,
+    // beyond the targets, a thousand editor versions: the catalogue the
+    // launcher reads at every start then lists them all.
+    for (const QPair<int, int> &groups : { qMakePair(10, 4), qMakePair(1000, 4), qMakePair(1000, 1000) }) {
+        if (!compareOpenWith(profile, server, groups.first, groups.second, runs)) {
+            out() << "  " << groups.first << " groups: a run failed\n";
             return 1;
         }
         out().flush();
+    }
+
+    out() << "start to the first painted main window, ZanmirLauncher / bare window with a web view, median of " << runs
+          << " runs each (target: 1.1x):\n";
+    out().flush();
+    if (!compareFirstWindow(profile, server, runs)) {
+        out() << "  a run failed\n";
+        return 1;
     }
 
     out() << "one registry query, Registry::getVersionList, median of 101 (target: under 5 ms at 1,000 groups):\n";

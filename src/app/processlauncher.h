@@ -62,6 +62,9 @@ public:
     // and no held refresh runs any more.
     void closeLauncher();
     bool isClosing() const { return m_closing; }
+    // Tells the menu strip which web pages changed since last opened, by the
+    // catalogue in hand; refreshUpdateState does so after reading it again.
+    void noticeWebVersions();
     void saveWebVersion(const QString &webType);
     // Makes the change (none: only re-reads) on the manager file as it is on
     // disk, under its write lock, and writes it.

@@ -112,6 +112,11 @@ bool ProcessLauncher::saveOfflineFile(const QString &url, const QString &content
     const QString fileName = getOfflineFileName(info);
     if (fileName.isEmpty())
         return false;
+    // The catalogue is saved at every start, mostly as it was; a copy that
+    // holds the text already is left as it is.
+    TextFileReader current(fileName);
+    if (current.read() && current.getContents() == contents)
+        return true;
     TextFileWriter writer(fileName);
     if (writer.replace(contents))
         return true;

@@ -81,7 +81,11 @@ void ProcessLauncher::refreshUpdateState()
     if (!prepareApplUpdater())
         return;
     emit m_screenInfo->signalRefreshButtonClicked();
+    noticeWebVersions();
+}
 
+void ProcessLauncher::noticeWebVersions()
+{
     const WebUpdateInfo news = m_applUpdater->getWebUpdateInfo(QStringLiteral("newsweb"));
     const WebUpdateInfo howto = m_applUpdater->getWebUpdateInfo(QStringLiteral("howtoweb"));
     const bool updatedNewsWebFound = !m_applInfo->isWebVersionUpToDate(QStringLiteral("newsweb"), news);

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QImageReader>
+#include <QSemaphore>
 #include <QStringList>
 #include <QTextStream>
 
@@ -29,6 +30,8 @@ const int kCaseInsensitive = 2;
 // there, so that a huge archive costs no more than a small one.
 const int kThumbnailSearchEntries = 16;
 const QString kThumbnailEntry = QStringLiteral("thumbnail.png");
+// Pictures decoded at the same time, in all threads together.
+const int kConcurrentDecodes = 2;
 
 // minizip reads an archive's directory a few bytes at a time and seeks
 // before each entry. Through QFile, whose buffer every seek throws away,
@@ -181,6 +184,12 @@ bool EditorDocument::getThumbnail(QImage &image)
     const QSize size = reader.size();
     if (!size.isValid() || size.width() > kMaxThumbnailSide || size.height() > kMaxThumbnailSide)
         return false;
+    // Projects may be read on several threads at once; their pictures are
+    // decoded a few at a time, so that memory stays bounded however many
+    // reads are waiting for their files.
+    static QSemaphore decodes(kConcurrentDecodes);
+    decodes.acquire();
+    const QSemaphoreReleaser decoded(decodes);
     QImage loaded;
     if (!reader.read(&loaded))
         return false;

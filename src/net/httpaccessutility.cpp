@@ -23,7 +23,6 @@ bool HTTPAccessUtility::get(const QString &url)
 {
     m_certificateErrors.clear();
     QEventLoop loop;
-    connect(&m_manager, SIGNAL(finished(QNetworkReply *)), &loop, SLOT(quit()));
     // A server may take the request and never finish its answer; the network
     // stack would wait for ever, and start-up with it.
     const int timeoutMs = DeploymentConfig::httpTimeoutMs();
@@ -35,6 +34,9 @@ bool HTTPAccessUtility::get(const QString &url)
     // No attribute is set, so a redirect comes back as the answer itself.
     QNetworkRequest request(QUrl(url, QUrl::TolerantMode));
     QNetworkReply *reply = m_manager.get(request);
+    // Its own reply only: the window answers input while it waits, and a
+    // Refresh pressed meanwhile fetches inside this wait.
+    connect(reply, SIGNAL(finished()), &loop, SLOT(quit()));
     if (!reply->isFinished()) {
         deadline.start(timeoutMs);
         loop.exec();

@@ -113,6 +113,21 @@ private slots:
         QVERIFY2(msecs >= 300, qPrintable(QString::number(msecs)));
     }
 
+    // A fetch made while another waits (Refresh pressed while the window
+    // reads the catalogue) does not end that wait: each ends with its own answer.
+    void fetchWithinAFetch()
+    {
+        m_server.setAnswer(QStringLiteral("/slow"), HttpFixture::trickled("slow answer"));
+        HTTPAccessUtility http;
+        QString inner;
+        QTimer::singleShot(0, [&http, &inner, this]() {
+            inner = http.get(m_server.url(QStringLiteral("/prime"))) ? http.getBody() : QString();
+        });
+        QVERIFY(http.get(m_server.url(QStringLiteral("/slow"))));
+        QCOMPARE(inner, QStringLiteral("earlier"));
+        QCOMPARE(http.getBody(), QStringLiteral("slow answer"));
+    }
+
     // A value that cannot serve as a deadline gives way to the build default.
     void deadlineValue()
     {

@@ -7,6 +7,7 @@
 #include "screeninfo.h"
 #include "systemsettings.h"
 #include "testfiles.h"
+#include "thumbnailreader.h"
 
 #include <QJsonArray>
 #include <QLabel>
@@ -195,44 +196,71 @@ private slots:
             QString("%1.zmr").arg(histories - 1));
     }
 
-    // The file name, the time, the version with an in-house edition named
-    // (for any other the blank stays), and the project's own picture, else
-    // the default one, scaled into the card.
-    void cardContents_data()
+    // The file name, the time and the version with an in-house edition
+    // named; for any other the blank stays.
+    void cardTexts_data()
     {
-        QTest::addColumn<QString>("project");
         QTest::addColumn<QString>("edition");
         QTest::addColumn<QString>("version");
-        // clang-format off
-        QTest::newRow("with a picture, inhouse") << "a.zmr" << "inhouse" << "(Ver. 1.2.00 inhouse)";
-        QTest::newRow("without, release") << "c.zmr" << "release" << "(Ver. 1.2.00 )";
-        QTest::newRow("corrupt archive") << "d.zmr" << "beta" << "(Ver. 1.2.00 )";
-        QTest::newRow("no such file") << "e.zmr" << "release" << "(Ver. 1.2.00 )";
-        // clang-format on
+        QTest::newRow("inhouse") << "inhouse"
+                                 << "(Ver. 1.2.00 inhouse)";
+        QTest::newRow("release") << "release"
+                                 << "(Ver. 1.2.00 )";
     }
 
-    void cardContents()
+    void cardTexts()
     {
-        QFETCH(QString, project);
         QFETCH(QString, edition);
         QFETCH(QString, version);
-        QImage picture(300, 200, QImage::Format_ARGB32);
-        picture.fill(Qt::darkMagenta);
-        const QByteArray encoded = TestFiles::png(picture);
-        const QString path = m_profile->root() + '/' + project;
-        const bool withPicture = project.startsWith('a');
-        if (project.startsWith('d'))
-            QVERIFY(TestFiles::write(path, "PK\x03\x04 damaged"));
-        else if (!project.startsWith('e'))
-            QVERIFY(SampleProject::writeProject(path, "2.1.5.0", nullptr, withPicture ? encoded : QByteArray()));
-        HistoryInfo history("editor", edition, "1.2.00", path);
+        HistoryInfo history("editor", edition, "1.2.00", m_profile->root() + "/a.zmr");
         history.setTimestamp("2026/11/23 10:00:00");
         const RecentUsedItem item(m_launcher, history);
         QCOMPARE(item.fileName() + ' ' + item.timestamp() + ' ' + item.versionText(),
-            project + " 2026/11/23 10:00:00 " + version);
-        const QImage expected
-            = withPicture ? picture : QImage(":/thumbnails/default.png").convertToFormat(QImage::Format_ARGB32);
-        QCOMPARE(item.thumbnail(), expected.scaled(150, 150, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+            "a.zmr 2026/11/23 10:00:00 " + version);
+    }
+
+    // A card shows the default picture at once and its project's own once
+    // that has been read off the main thread; a rebuild keeps the pictures
+    // read so far. A damaged or missing project keeps the default one.
+    void cardPictures()
+    {
+        const QString root = m_profile->root();
+        QImage magenta(300, 200, QImage::Format_ARGB32), cyan(200, 300, QImage::Format_ARGB32);
+        magenta.fill(Qt::darkMagenta);
+        cyan.fill(Qt::darkCyan);
+        QVERIFY(SampleProject::writeProject(root + "/a.zmr", "2.1.5.0", nullptr, TestFiles::png(magenta)));
+        QVERIFY(SampleProject::writeProject(root + "/c.xml", "2.1.5.0"));
+        QVERIFY(TestFiles::write(root + "/d.zmr", "PK\x03\x04 damaged"));
+        QFile::remove(root + "/e.zmr");
+        for (const char *name : { "e.zmr", "d.zmr", "c.xml", "a.zmr" })
+            QVERIFY(m_launcher->addHistoryAfterLaunch(EditorInfo("editor", "release", "2.1.05"), root + '/' + name));
+
+        const QImage fallback = QImage(":/thumbnails/default.png")
+                                    .convertToFormat(QImage::Format_ARGB32)
+                                    .scaled(150, 150, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        const auto own
+            = [](const QImage &image) { return image.scaled(150, 150, Qt::KeepAspectRatio, Qt::SmoothTransformation); };
+        const auto pictures = [this]() {
+            QList<QImage> shown;
+            for (int row = 0; row < cards()->model()->rowCount(); ++row)
+                shown.append(cards()->model()->index(row, 0).data().value<RecentUsedItem>().getThumbnail());
+            return shown;
+        };
+        m_page.reset(new HomeWidget);
+        m_page->setProcessLauncher(m_launcher);
+        m_page->refreshRecentProjects();
+        QCOMPARE(pictures(), QList<QImage>({ fallback, fallback, fallback, fallback }));
+        auto *reader = m_page->findChild<ThumbnailReader *>();
+        QTRY_VERIFY(reader->isIdle());
+        QCOMPARE(pictures(), QList<QImage>({ own(magenta), fallback, fallback, fallback }));
+
+        // Another project opened: its card waits for its picture, the others keep theirs.
+        QVERIFY(SampleProject::writeProject(root + "/f.zmr", "2.1.5.0", nullptr, TestFiles::png(cyan)));
+        QVERIFY(m_launcher->addHistoryAfterLaunch(EditorInfo("editor", "release", "2.1.05"), root + "/f.zmr"));
+        emit m_launcher->getApplInfo()->signalHistoryInfoUpdated();
+        QCOMPARE(pictures(), QList<QImage>({ fallback, own(magenta), fallback, fallback, fallback }));
+        QTRY_VERIFY(reader->isIdle());
+        QCOMPARE(pictures(), QList<QImage>({ own(cyan), own(magenta), fallback, fallback, fallback }));
     }
 
     void doubleClickingACard_data()

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QSignalSpy>
 #include <QToolButton>
+#include <QWebView>
 
 // The main window on a real launcher: which page a menu key shows, when the
 // catalogue is read again, the badges of the menu strip, and the preferences.
@@ -48,8 +49,19 @@ private slots:
         QVERIFY(startLauncher("1.3.0.2"));
         m_form.reset(new HomeForm);
         m_form->setProcessLauncher(m_launcher);
+        // The window's first frame waits for nothing slow: the second
+        // reading of the catalogue and the web pages come after it. Its
+        // badges come from the catalogue read at start.
+        QCOMPARE(catalogueReads(), 1);
+        QVERIFY(m_form->findChild<QWebView *>("webView")->url().isEmpty());
+        QCOMPARE(m_form->findChild<QToolButton *>("buttonHelp")->icon().pixmap(36, 36).toImage(),
+            QIcon(":/icons/howtoweb_update_yellow.png").pixmap(36, 36).toImage());
+        m_log.mark();
         m_form->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_form.data()));
+        QTRY_VERIFY(m_form->isSetUp());
+        // Both pages were given their addresses: each load comes to an end.
+        QTRY_VERIFY(m_log.newLines().filter("WebBrowserWidget::loadFinished: ").size() >= 2);
     }
 
     void setUpReadsTheCatalogueAndShowsHome()

@@ -1,8 +1,5 @@
 #include "recentuseditem.h"
 
-#include "editordocmanager.h"
-#include "processlauncher.h"
-
 #include <QFileInfo>
 
 namespace {
@@ -21,14 +18,23 @@ RecentUsedItem::RecentUsedItem(ProcessLauncher *launcher, const HistoryInfo &his
     // bracket stays for every other edition.
     const QString edition = history.getEdition() == QLatin1String("inhouse") ? history.getEdition() : QString();
     m_versionText = QStringLiteral("(Ver. %1 %2)").arg(history.getVersion(), edition);
+    m_thumbnail = defaultThumbnail();
+}
 
-    EditorDocManager document(m_launcher, history.getOpenFilePath());
-    if (document.createDocument() && document.getThumbnail(m_thumbnail)) {
-        m_thumbnail = m_thumbnail.scaled(kThumbnailSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        return;
-    }
-    if (!m_thumbnail.load(QStringLiteral(":/thumbnails/default.png")))
-        return;
-    m_thumbnail = m_thumbnail.convertToFormat(QImage::Format_ARGB32)
-                      .scaled(kThumbnailSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+QImage RecentUsedItem::defaultThumbnail()
+{
+    // Made once: every card without a picture of its own shares it.
+    static const QImage picture = []() {
+        QImage image;
+        if (!image.load(QStringLiteral(":/thumbnails/default.png")))
+            return image;
+        return image.convertToFormat(QImage::Format_ARGB32)
+            .scaled(kThumbnailSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    }();
+    return picture;
+}
+
+QSize RecentUsedItem::thumbnailSize()
+{
+    return kThumbnailSize;
 }

@@ -5,12 +5,15 @@
 
 #include <QImage>
 #include <QMetaType>
+#include <QSize>
 #include <QString>
 
 class ProcessLauncher;
 
 // The value behind one card of the recent projects: the project's record,
-// its picture and the texts the card shows. Travels in a QVariant.
+// its picture and the texts the card shows. Travels in a QVariant. It is
+// made with the default picture; the project's own is read elsewhere, off
+// the main thread, and set when it has arrived.
 class RecentUsedItem
 {
 public:
@@ -18,11 +21,17 @@ public:
     RecentUsedItem(ProcessLauncher *launcher, const HistoryInfo &history);
     virtual ~RecentUsedItem() = default;
 
-    QImage thumbnail() const { return m_thumbnail; }
+    QImage getThumbnail() const { return m_thumbnail; }
+    void setThumbnail(const QImage &thumbnail) { m_thumbnail = thumbnail; }
     QString fileName() const { return m_fileName; }
     QString timestamp() const { return m_timestamp; }
     QString versionText() const { return m_versionText; }
     HistoryInfo historyInfo() const { return m_history; }
+
+    // The picture of a card whose project has none of its own, at the size
+    // of the cards; null when the resource cannot be read.
+    static QImage defaultThumbnail();
+    static QSize thumbnailSize();
 
 private:
     QImage m_thumbnail;

@@ -5,6 +5,8 @@
 #include "processlauncher.h"
 #include "recentuseditem.h"
 #include "recentuseditemdelegate.h"
+#include "thumbnailcache.h"
+#include "thumbnailreader.h"
 
 #include <QFileInfo>
 #include <QMessageBox>
@@ -12,7 +14,7 @@
 
 namespace {
 
-// Every card opens its project for the picture, so the cards are capped.
+// Every card's project is read for its picture, so the cards are capped.
 const int kMaximumCards = 100;
 // A write shows as several changes of the file and its folder; one reload does.
 const int kReloadDelay = 100;
@@ -22,9 +24,11 @@ const int kReloadDelay = 100;
 RecentUsedWidget::RecentUsedWidget(QWidget *parent)
     : QWidget(parent)
     , ui(new Ui::RecentUsedWidget)
+    , m_reader(new ThumbnailReader(ThumbnailCache::defaultFolder(), RecentUsedItem::thumbnailSize(), this))
 {
     qRegisterMetaType<RecentUsedItem>("RecentUsedItem");
     ui->setupUi(this);
+    connect(m_reader, SIGNAL(signalThumbnailRead(QString, QImage)), this, SLOT(thumbnailRead(QString, QImage)));
 }
 
 RecentUsedWidget::~RecentUsedWidget()
@@ -75,10 +79,11 @@ void RecentUsedWidget::setFileDesc()
     const QList<HistoryInfo> histories = m_launcher->getApplInfo()->getHistories();
     int count = histories.size();
     if (count < 1) {
-        // The old model stays set, hidden.
+        // The old model stays set, hidden; its pictures are no longer wanted.
         ui->labelNoHistory->setText(tr("Recent used project does not exist."));
         ui->labelNoHistory->show();
         ui->listView->hide();
+        m_reader->read(QStringList());
         return;
     }
     ui->labelNoHistory->hide();
@@ -102,13 +107,45 @@ void RecentUsedWidget::setFileDesc()
             QStringLiteral("RecentUsedWidget::setFileDesc: Histories will be displayed 100 of %2").arg(count));
         count = kMaximumCards;
     }
+    m_cards.clear();
+    QHash<QString, QImage> known;
+    QStringList paths;
     for (int i = 0; i < count; ++i) {
         const HistoryInfo &history = histories.at(i);
+        const QString path = history.getOpenFilePath();
+        RecentUsedItem card(m_launcher, history);
+        // A card keeps the picture it had until its project has been read
+        // again, so that a rebuild does not flash the default picture.
+        const auto picture = m_pictures.constFind(path);
+        if (picture != m_pictures.constEnd()) {
+            known.insert(path, *picture);
+            if (!picture->isNull())
+                card.setThumbnail(*picture);
+        }
         auto *item = new QStandardItem;
-        item->setData(QVariant::fromValue(RecentUsedItem(m_launcher, history)), Qt::DisplayRole);
-        item->setToolTip(history.getOpenFilePath());
+        item->setData(QVariant::fromValue(card), Qt::DisplayRole);
+        item->setToolTip(path);
         item->setDragEnabled(false);
         m_model->appendRow(item);
+        m_cards.insert(path, item);
+        paths.append(path);
+    }
+    m_pictures = known;
+    // Unchanged projects come from the cache; only changed ones are opened.
+    m_reader->read(paths);
+    m_reader->pruneCache(paths);
+}
+
+void RecentUsedWidget::thumbnailRead(const QString &path, const QImage &picture)
+{
+    if (!m_cards.contains(path))
+        return;
+    m_pictures.insert(path, picture);
+    const QImage thumbnail = picture.isNull() ? RecentUsedItem::defaultThumbnail() : picture;
+    for (auto it = m_cards.constFind(path); it != m_cards.constEnd() && it.key() == path; ++it) {
+        RecentUsedItem card = it.value()->data(Qt::DisplayRole).value<RecentUsedItem>();
+        card.setThumbnail(thumbnail);
+        it.value()->setData(QVariant::fromValue(card), Qt::DisplayRole);
     }
 }
 

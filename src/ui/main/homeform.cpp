@@ -6,6 +6,8 @@
 #include "stylesheet.h"
 #include "timerstopper.h"
 
+#include <QWindow>
+
 namespace {
 
 // The refresh timer ticks every five minutes; the notifier lets one tick a
@@ -41,26 +43,68 @@ void HomeForm::setProcessLauncher(ProcessLauncher *launcher)
     m_launcher = launcher;
     hidePages();
 
+    // The menu strip with its badges and the home page make the first frame;
+    // the badges come from the catalogue read at start, until the catalogue
+    // has been read again. The rows of the hidden management page follow.
     ui->widgetMenuButton->setProcessLauncher(m_launcher);
+    m_launcher->noticeWebVersions();
     ui->widgetHome->setProcessLauncher(m_launcher);
     ui->widgetHome->refreshRecentProjects();
-    // The rows also tell the menu strip its first appl badge.
     ui->widgetInstalledEditor->setProcessLauncher(m_launcher);
-    ui->widgetInstalledEditor->rebuildRows();
+    ui->widgetInstalledEditor->noticeVersions();
     ui->widgetLicense->setProcessLauncher(m_launcher);
+    ui->widgetHome->show();
+    // The menu answers from the first frame on, also while the catalogue is
+    // being read again at the end of the set-up.
+    connect(ui->widgetMenuButton, SIGNAL(signalButtonClicked(QString)), this, SLOT(buttonClicked(QString)));
+    m_setUpPending = true;
+    finishSetUpWhenPainted();
+}
+
+void HomeForm::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    finishSetUpWhenPainted();
+}
+
+void HomeForm::finishSetUpWhenPainted()
+{
+    if (!m_setUpPending || !isVisible() || !windowHandle())
+        return;
+    if (windowHandle()->isExposed()) {
+        m_setUpPending = false;
+        QMetaObject::invokeMethod(this, "finishSetUp", Qt::QueuedConnection);
+    } else {
+        windowHandle()->installEventFilter(this);
+    }
+}
+
+bool HomeForm::eventFilter(QObject *watched, QEvent *event)
+{
+    // This comes before the window paints what was exposed; queued, the
+    // rest of the set-up runs once that paint has reached the screen.
+    if (watched == windowHandle() && event->type() == QEvent::Expose) {
+        windowHandle()->removeEventFilter(this);
+        finishSetUpWhenPainted();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void HomeForm::finishSetUp()
+{
+    ui->widgetInstalledEditor->buildRows();
     // The pages are loaded once; Refresh does not reload them.
     ui->widgetInfo->setProcessLauncher(m_launcher);
     ui->widgetInfo->setUrl(m_launcher->getWebUrl(QStringLiteral("newsweb")));
     ui->widgetHelp->setProcessLauncher(m_launcher);
     ui->widgetHelp->setUrl(m_launcher->getWebUrl(QStringLiteral("howtoweb")));
-    ui->widgetHome->show();
 
     m_launcher->refreshUpdateState();
 
-    connect(ui->widgetMenuButton, SIGNAL(signalButtonClicked(QString)), this, SLOT(buttonClicked(QString)));
     connect(m_launcher->getRefreshTimer(), SIGNAL(timeout()), this, SLOT(fireUpdate()));
     m_launcher->getRefreshTimer()->start(kRefreshInterval);
     m_launcher->getUpdateNotifier()->restart();
+    m_setUp = true;
 }
 
 void HomeForm::buttonClicked(const QString &message)

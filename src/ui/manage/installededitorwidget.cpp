@@ -9,12 +9,12 @@
 
 namespace {
 
-// The notice band grows by the lines it shows: the note that no editor is
-// installed takes two lines, the newer series one larger line, and the note
-// of what the last package flow changed one line below either.
-constexpr int kNoEditorHeight = 70;
-constexpr int kRecentVersionHeight = 40;
-constexpr int kChangeNoteHeight = 30;
+// The notice band above the rows fits its text: two lines for "no editor",
+// one for a newer series on offer, and one more below either for the note of
+// what the last package flow changed.
+const int kNoEditorNoticeHeight = 70;
+const int kRecentVersionNoticeHeight = 40;
+const int kChangeNoteHeight = 30;
 
 } // namespace
 
@@ -47,6 +47,23 @@ void InstalledEditorWidget::setProcessLauncher(ProcessLauncher *launcher)
 
 void InstalledEditorWidget::rebuildRows()
 {
+    const QList<EditorInfo> editors = m_launcher->getInstalledEditors();
+    setVersionDesc(editors);
+    makeRows(editors);
+}
+
+void InstalledEditorWidget::noticeVersions()
+{
+    setVersionDesc(m_launcher->getInstalledEditors());
+}
+
+void InstalledEditorWidget::buildRows()
+{
+    makeRows(m_launcher->getInstalledEditors());
+}
+
+void InstalledEditorWidget::makeRows(const QList<EditorInfo> &editors)
+{
     ui->listWidget->hide();
     ui->listWidget->clear();
     // Later, not now: the row whose action caused this rebuild is still in
@@ -55,8 +72,6 @@ void InstalledEditorWidget::rebuildRows()
         row->deleteLater();
     m_rows.clear();
 
-    const QList<EditorInfo> editors = m_launcher->getInstalledEditors();
-    setVersionDesc(editors);
     for (const EditorInfo &editor : editors) {
         auto *item = new QListWidgetItem(ui->listWidget);
         auto *row = new VersionDescWidget(ui->listWidget);
@@ -103,12 +118,12 @@ void InstalledEditorWidget::showNotice(bool recentVersionFound, const ApplUpdate
         ui->labelNoEditor->setText(tr("Installed editor does not exist.\nPlease install any editor."));
         ui->labelNoEditor->show();
         ui->labelRecentVersion->hide();
-        height = kNoEditorHeight;
+        height = kNoEditorNoticeHeight;
     } else if (recentVersionFound) {
         ui->labelNoEditor->hide();
         ui->labelRecentVersion->setText(tr("Recent version %1 is available.").arg(recent.getVersion()));
         ui->labelRecentVersion->show();
-        height = kRecentVersionHeight;
+        height = kRecentVersionNoticeHeight;
     } else {
         ui->labelNoEditor->hide();
         ui->labelRecentVersion->hide();

@@ -28,6 +28,11 @@ public:
     void setProcessLauncher(ProcessLauncher *launcher);
     void rebuildRows();
     void setVersionDesc(const QList<EditorInfo> &editors);
+    // The two halves of the first rebuild, for a window that shows the menu
+    // strip's badge before it makes the rows of this hidden page: the badge
+    // and the notice, then the rows alone.
+    void noticeVersions();
+    void buildRows();
 
 public slots:
     void currentRowChanged(int row);
@@ -40,6 +45,7 @@ public slots:
     void installationNoted(const QString &note);
 
 private:
+    void makeRows(const QList<EditorInfo> &editors);
     void showNotice(bool recentVersionFound, const ApplUpdateInfo &recent, bool noEditor);
 
     Ui::InstalledEditorWidget *ui;
