@@ -190,7 +190,7 @@ Please install the editor of the displayed version again.</source>
     </message>
     <message>
         <source>Close Zanmir Launcher and leave it running?</source>
-        <translation>動かしたまま Zanmir Launcher を閉じますか?</translation>
+        <translation>プログラムを動かしたまま Zanmir Launcher を閉じますか?</translation>
     </message>
 </context>
 <context>

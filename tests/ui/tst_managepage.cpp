@@ -217,6 +217,27 @@ private slots:
         QCOMPARE(radio(row(index))->isChecked(), isDefault);
     }
 
+    // What a flow changed shows on a line of its own below the notice, and
+    // goes with the next flow that changed nothing.
+    void changeNote()
+    {
+        QVERIFY(showPage({ "2.1.0.5" }, { "editor 2.2.0.1" }));
+        ScreenInfo *screen = m_launcher->getScreenInfo();
+        auto *note = child<QLabel>(m_page.data(), "labelChangeNote");
+        auto *frame = child<QFrame>(m_page.data(), "contentsFrame");
+        emit screen->signalInstallationNoted("Vorlix Zanmir Editor ver 2.1.0.9 was installed.");
+        emit screen->signalInstallationConfirmed();
+        QVERIFY(note->isVisibleTo(m_page.data()));
+        QCOMPARE(note->text(), QString("Vorlix Zanmir Editor ver 2.1.0.9 was installed."));
+        // Below the newer series' line, which stays.
+        QCOMPARE(note->y(), child<QLabel>(m_page.data(), "labelRecentVersion")->geometry().bottom() + 1);
+        QCOMPARE(frame->maximumHeight(), 70);
+        emit screen->signalInstallationNoted(QString());
+        emit screen->signalInstallationConfirmed();
+        QVERIFY(!note->isVisibleTo(m_page.data()));
+        QCOMPARE(frame->maximumHeight(), 40);
+    }
+
     // A refresh that comes while a row's flow has a dialog open (the daily
     // one, or the catalogue read again) waits for the flow to end: the row,
     // which owns the flow and its dialogs, stays, and the list is rebuilt
