@@ -196,6 +196,8 @@ private slots:
         QTest::newRow("install, installer does not start") << "install" << "not a program" << QStringList { "Yes", "Ok" } << history + QStringList { "Error: ApplUpdater::openExecutableFile: failed ShellExecuteEx " } << "" << "-" << true << QStringList();
         // The old version goes only once the new one is in the records.
         QTest::newRow("update") << "update" << "" << QStringList { "Yes" } << updateHistory << "installer uninstaller" << "Vorlix Zanmir Editor ver 2.1.0.5 was updated to ver 2.1.0.9." << true << in("updateEditor", { added, replacing, "uninstall records: added editor release 2.1.0.9; removed editor release 2.1.0.5" });
+        // Refused before the user is asked to consent to it.
+        QTest::newRow("update, plain http from elsewhere") << "update" << "plain http" << QStringList { "Ok" } << QStringList { "Error: The installer was not downloaded: " } << "" << "-" << false << QStringList { "PackageManager::findInstaller: Download refused: ZanmirSetup_2.1.0.9.exe has no SHA-256 in the catalogue, and it would come over plain http from dl.zanmir.example" };
         QTest::newRow("update, installs nothing, Yes") << "update" << "installs nothing" << QStringList { "Yes", "Yes", "Ok" } << updateHistory + QStringList { "Confirm: Are you finished to update NEW ?", incomplete } << "installer" << "" << true << in("updateEditor", { asked, unchanged });
         QTest::newRow("update, installs nothing, No") << "update" << "installs nothing" << QStringList { "Yes", "No", "Ok" } << updateHistory + QStringList { "Confirm: Are you finished to update NEW ?", incomplete } << "installer" << "-" << true << in("updateEditor", { asked });
         QTest::newRow("update, network down") << "update" << "network down" << QStringList { "Ok" } << QStringList { "error: Network is not available.\nCannot update.\n\nCheck network settings." } << "" << "-" << false << QStringList { "PackageManager::updateEditor: network is not available." };
@@ -236,6 +238,13 @@ private slots:
             QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, "127.0.0.1", 9));
         if (setup == "newest")
             offer({ "editor 2.2.0.1" }); // a higher series is no update
+        if (setup == "plain http") {
+            serve(CatalogueBuilder()
+                      .entries({ "editor 2.1.0.9" })
+                      .installer("ZanmirSetup_2.1.0.9.exe", "http://dl.zanmir.example/setup.exe")
+                      .bytes());
+            QVERIFY(m_launcher->prepareApplUpdater());
+        }
         const bool installs = setup != "installs nothing";
         m_server.setAnswer(m_installer,
             HttpFixture::ok(setup == "not a program"
