@@ -20,6 +20,11 @@
 
 namespace {
 
+#ifdef Q_OS_WIN
+// ShellExecuteExW reports a failure to start by an hInstApp of 32 or less.
+constexpr qintptr kLastShellExecuteError = 32;
+#endif
+
 QString startFailure(const QString &path)
 {
     return QStringLiteral("ApplUpdater::openExecutableFile: failed ShellExecuteEx %1").arg(path);
@@ -54,14 +59,21 @@ bool quotesBalanced(const QString &command)
 
 } // namespace
 
-bool StartedProgram::splitCommand(const QString &command, QString &program, QStringList &arguments, QString &errorText)
+void StartedProgram::setProgram(const QString &path, const QStringList &arguments)
+{
+    m_path = path;
+    m_arguments = arguments;
+}
+
+bool StartedProgram::setCommand(const QString &command)
 {
     // Installers that do not quote a path with blanks in it are common enough.
     if (QFileInfo(command).isFile()) {
-        program = command;
-        arguments.clear();
+        setProgram(command, QStringList());
         return true;
     }
+    QString program;
+    QStringList arguments;
     const QString trimmed = command.trimmed();
 #ifdef Q_OS_WIN
     // The system reads the program up to the closing quote, or else up to
@@ -70,7 +82,7 @@ bool StartedProgram::splitCommand(const QString &command, QString &program, QStr
     if (trimmed.startsWith(QLatin1Char('"'))) {
         end = trimmed.indexOf(QLatin1Char('"'), 1);
         if (end < 0) {
-            errorText = QStringLiteral("Unbalanced quotes in the command: [%1]").arg(command);
+            m_errorText = QStringLiteral("Unbalanced quotes in the command: [%1]").arg(command);
             return false;
         }
         program = trimmed.mid(1, end - 1);
@@ -84,16 +96,17 @@ bool StartedProgram::splitCommand(const QString &command, QString &program, QStr
     arguments = rest.isEmpty() ? QStringList() : QStringList { rest };
 #else
     if (!quotesBalanced(trimmed)) {
-        errorText = QStringLiteral("Unbalanced quotes in the command: [%1]").arg(command);
+        m_errorText = QStringLiteral("Unbalanced quotes in the command: [%1]").arg(command);
         return false;
     }
     arguments = QProcess::splitCommand(trimmed);
     program = arguments.isEmpty() ? QString() : arguments.takeFirst();
 #endif
     if (program.isEmpty()) {
-        errorText = QStringLiteral("No program in the command: [%1]").arg(command);
+        m_errorText = QStringLiteral("No program in the command: [%1]").arg(command);
         return false;
     }
+    setProgram(program, arguments);
     return true;
 }
 
@@ -105,11 +118,10 @@ StartedProgram::~StartedProgram()
         CloseHandle(m_process);
 }
 
-bool StartedProgram::start(const QString &path, const QStringList &arguments, QString &errorText)
+bool StartedProgram::start()
 {
-    m_path = path;
-    const std::wstring file = path.toStdWString();
-    const std::wstring parameters = arguments.join(QLatin1Char(' ')).toStdWString();
+    const std::wstring file = m_path.toStdWString();
+    const std::wstring parameters = m_arguments.join(QLatin1Char(' ')).toStdWString();
     SHELLEXECUTEINFOW info = {};
     info.cbSize = sizeof(info);
     info.fMask = SEE_MASK_NOCLOSEPROCESS;
@@ -120,21 +132,21 @@ bool StartedProgram::start(const QString &path, const QStringList &arguments, QS
     info.lpDirectory = nullptr;
     info.nShow = SW_SHOW;
     if (!ShellExecuteExW(&info)) {
-        errorText = startFailure(path);
+        m_errorText = startFailure(m_path);
         return false;
     }
     const qintptr instance = reinterpret_cast<qintptr>(info.hInstApp);
-    if (instance < 33) {
-        errorText = QStringLiteral("ApplUpdater::openExecutableFile: failed ShellExecuteEx (hInstApp %2)%1")
-                        .arg(path)
-                        .arg(instance);
+    if (instance <= kLastShellExecuteError) {
+        m_errorText = QStringLiteral("ApplUpdater::openExecutableFile: failed ShellExecuteEx (hInstApp %2)%1")
+                          .arg(m_path)
+                          .arg(instance);
         return false;
     }
     m_process = info.hProcess;
     return true;
 }
 
-StartedProgram::End StartedProgram::waitForEnd(QString &errorText)
+StartedProgram::End StartedProgram::waitForEnd()
 {
     // No process: the shell handed the file to a program that was running already.
     if (!m_process)
@@ -144,7 +156,7 @@ StartedProgram::End StartedProgram::waitForEnd(QString &errorText)
     ResetEvent(m_process);
     const DWORD state = WaitForSingleObject(m_process, 0);
     if (state == WAIT_FAILED) {
-        errorText = waitFailure(m_path);
+        m_errorText = waitFailure(m_path);
         return End::WaitFailed;
     }
     if (state == WAIT_OBJECT_0)
@@ -160,24 +172,23 @@ StartedProgram::End StartedProgram::waitForEnd(QString &errorText)
 
 StartedProgram::~StartedProgram() = default;
 
-bool StartedProgram::start(const QString &path, const QStringList &arguments, QString &errorText)
+bool StartedProgram::start()
 {
-    m_path = path;
-    if (QFileInfo(path).isFile() && !(QFile::permissions(path) & QFileDevice::ExeOwner))
-        QFile::setPermissions(path, QFile::permissions(path) | QFileDevice::ExeOwner);
+    if (QFileInfo(m_path).isFile() && !(QFile::permissions(m_path) & QFileDevice::ExeOwner))
+        QFile::setPermissions(m_path, QFile::permissions(m_path) | QFileDevice::ExeOwner);
     // Detached, as the shell starts it: a QProcess would own the program and
     // kill it when the launcher ends first.
     QProcess process;
-    process.setProgram(path);
-    process.setArguments(arguments);
+    process.setProgram(m_path);
+    process.setArguments(m_arguments);
     if (!process.startDetached(&m_pid)) {
-        errorText = startFailure(path);
+        m_errorText = startFailure(m_path);
         return false;
     }
     return true;
 }
 
-StartedProgram::End StartedProgram::waitForEnd(QString &errorText)
+StartedProgram::End StartedProgram::waitForEnd()
 {
     // A process descriptor stands in for the Windows process handle: it
     // turns readable when the program ends, whoever reaps it.
@@ -186,7 +197,7 @@ StartedProgram::End StartedProgram::waitForEnd(QString &errorText)
         // Gone, and reaped, before the look.
         if (errno == ESRCH)
             return End::Ended;
-        errorText = waitFailure(m_path);
+        m_errorText = waitFailure(m_path);
         return End::WaitFailed;
     }
     const auto ended = [descriptor]() {

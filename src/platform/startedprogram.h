@@ -24,25 +24,32 @@ public:
     StartedProgram(const StartedProgram &) = delete;
     StartedProgram &operator=(const StartedProgram &) = delete;
 
-    // An uninstall command as installers record it: a program, quoted when
-    // its path holds blanks, then its arguments. A command that is itself an
-    // existing file is that program alone, blanks and all. Off Windows the
-    // rest is read as QProcess::splitCommand reads it; on Windows the program
-    // by the system's rule, and the rest goes to it untouched, as the one
-    // argument. False, with the reason, for an empty command or unbalanced
-    // quotes.
-    static bool splitCommand(const QString &command, QString &program, QStringList &arguments, QString &errorText);
+    // The program is an uninstall command as installers record it: a
+    // program, quoted when its path holds blanks, then its arguments. A
+    // command that is itself an existing file is that program alone, blanks
+    // and all. Off Windows the rest is read as QProcess::splitCommand reads
+    // it; on Windows the program by the system's rule, and the rest goes to
+    // it untouched, as the one argument. False, with the reason, for an
+    // empty command or unbalanced quotes.
+    bool setCommand(const QString &command);
+    void setProgram(const QString &path, const QStringList &arguments);
+    QString getProgram() const { return m_path; }
+    QStringList getArguments() const { return m_arguments; }
 
-    // Starts the file with its arguments; a regular file without the owner's
-    // execute bit gets it first (a downloaded installer arrives so). False,
-    // with the reason, when it cannot be started.
-    bool start(const QString &path, const QStringList &arguments, QString &errorText);
+    // Starts the program; a regular file without the owner's execute bit
+    // gets it first (a downloaded installer arrives so). False, with the
+    // reason, when it cannot be started.
+    bool start();
     // Runs a local event loop until the started program has ended. Only the
     // application's quitting ends that loop sooner, as it ends every loop.
-    End waitForEnd(QString &errorText);
+    End waitForEnd();
+
+    QString getErrorText() const { return m_errorText; }
 
 private:
     QString m_path;
+    QStringList m_arguments;
+    QString m_errorText;
 #ifdef Q_OS_WIN
     Qt::HANDLE m_process = nullptr;
 #else

@@ -119,13 +119,13 @@ bool ApplUpdater::openProgram(const QString &path, const QStringList &arguments,
         return true;
     }
     StartedProgram program;
-    QString error;
-    if (!program.start(path, arguments, error)) {
-        m_errorText = error;
+    program.setProgram(path, arguments);
+    if (!program.start()) {
+        m_errorText = program.getErrorText();
         return false;
     }
     if (wait) {
-        switch (program.waitForEnd(error)) {
+        switch (program.waitForEnd()) {
         case StartedProgram::End::Ended:
             break;
         case StartedProgram::End::LeftRunning:
@@ -135,7 +135,7 @@ bool ApplUpdater::openProgram(const QString &path, const QStringList &arguments,
                               .arg(path);
             return false;
         case StartedProgram::End::WaitFailed:
-            m_errorText = error;
+            m_errorText = program.getErrorText();
             return false;
         }
     }
@@ -153,13 +153,14 @@ bool ApplUpdater::openDownloadFile(bool wait)
 
 bool ApplUpdater::openUninstallerFile(const QString &command, bool wait)
 {
-    QString program;
-    QStringList arguments;
-    bool opened = StartedProgram::splitCommand(command, program, arguments, m_errorText);
-    if (opened)
-        opened = openProgram(program, arguments, wait);
-    else
+    StartedProgram uninstaller;
+    bool opened = uninstaller.setCommand(command);
+    if (opened) {
+        opened = openProgram(uninstaller.getProgram(), uninstaller.getArguments(), wait);
+    } else {
+        m_errorText = uninstaller.getErrorText();
         m_leftRunning = false;
+    }
     writeLog(QStringLiteral("ApplUpdater::openUninstallerFile: %1").arg(opened ? m_infoText : m_errorText));
     return opened;
 }
