@@ -152,6 +152,46 @@ Please install the editor of the displayed version again.</source>
         <source>The server&apos;s certificate could not be verified, so the download was stopped.</source>
         <translation>サーバーの証明書を確認できなかったため、ダウンロードを中止しました。</translation>
     </message>
+    <message>
+        <source>Installing</source>
+        <translation>インストール中</translation>
+    </message>
+    <message>
+        <source>Installing %1 ver %2...</source>
+        <translation>%1 ver %2 をインストール中...</translation>
+    </message>
+    <message>
+        <source>The installer runs in a window of its own; this one closes when it has ended.</source>
+        <translation>インストーラーは別のウィンドウで動いています。終わるとこのウィンドウは閉じます。</translation>
+    </message>
+    <message>
+        <source>Uninstalling</source>
+        <translation>アンインストール中</translation>
+    </message>
+    <message>
+        <source>Uninstalling %1 ver %2...</source>
+        <translation>%1 ver %2 をアンインストール中...</translation>
+    </message>
+    <message>
+        <source>The uninstaller runs in a window of its own; this one closes when it has ended.</source>
+        <translation>アンインストーラーは別のウィンドウで動いています。終わるとこのウィンドウは閉じます。</translation>
+    </message>
+    <message>
+        <source>The uninstaller of %1 ver %2 is still running.</source>
+        <translation>%1 ver %2 のアンインストーラーはまだ動いています。</translation>
+    </message>
+    <message>
+        <source>The installer of %1 ver %2 is still running.</source>
+        <translation>%1 ver %2 のインストーラーはまだ動いています。</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>確認</translation>
+    </message>
+    <message>
+        <source>Close Zanmir Launcher and leave it running?</source>
+        <translation>プログラムを動かしたまま Zanmir Launcher を閉じますか?</translation>
+    </message>
 </context>
 <context>
     <name>EditorInstallWidget</name>
@@ -256,6 +296,10 @@ Zanmir Launcher could not be launched until installation will be finished.</sour
     <message>
         <source>Launcher</source>
         <translation>Launcher</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>エラー</translation>
     </message>
 </context>
 <context>
@@ -391,6 +435,26 @@ Check network settings.</source>
     <message>
         <source>Are you finished to uninstall %1 ver %2 ?</source>
         <translation>%1 ver %2 のアンインストールは完了しましたか?</translation>
+    </message>
+    <message>
+        <source>The update to %1 ver %2 did not complete.
+
+%3 ver %4 is still installed; nothing was uninstalled.</source>
+        <translation>%1 ver %2 へのアップデートは完了しませんでした。
+
+%3 ver %4 はインストールされたままです。何もアンインストールしていません。</translation>
+    </message>
+    <message>
+        <source>%1 ver %2 was updated to ver %3.</source>
+        <translation>%1 ver %2 を ver %3 にアップデートしました。</translation>
+    </message>
+    <message>
+        <source>%1 ver %2 was installed.</source>
+        <translation>%1 ver %2 をインストールしました。</translation>
+    </message>
+    <message>
+        <source>%1 ver %2 was uninstalled.</source>
+        <translation>%1 ver %2 をアンインストールしました。</translation>
     </message>
 </context>
 <context>

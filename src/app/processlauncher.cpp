@@ -29,6 +29,7 @@ ProcessLauncher::ProcessLauncher(int &argc, char **argv)
         m_arguments.append(argument);
         writeLog(QStringLiteral("ApplLauncher::ApplLauncher: Launcher arguments[%1]: %2").arg(i).arg(argument));
     }
+    connect(this, SIGNAL(lastWindowClosed()), this, SLOT(lastWindowClosed()));
 }
 
 ProcessLauncher::~ProcessLauncher()

@@ -50,7 +50,18 @@ public:
     bool readRegistry();
     bool readOfflineFileInfo();
     bool prepareApplUpdater();
+    // Reads the catalogue again and tells the pages; held while a flow runs.
     void refreshUpdateState();
+    // While a modal flow runs (a package flow with its dialogs and the
+    // programs it waits for), no refresh rebuilds the rows that own it: one
+    // asked for meanwhile runs once the last hold is released. RefreshHold
+    // takes and releases a hold for the length of a scope.
+    void holdRefresh();
+    void releaseRefresh();
+    // The user closes the launcher while a flow runs: every event loop ends,
+    // and no held refresh runs any more.
+    void closeLauncher();
+    bool isClosing() const { return m_closing; }
     // Tells the menu strip which web pages changed since last opened, by the
     // catalogue in hand; refreshUpdateState does so after reading it again.
     void noticeWebVersions();
@@ -120,6 +131,9 @@ public:
     QStringList getArguments() const { return m_arguments; }
     QString getOpenFilePath() const { return m_openFilePath; }
 
+private slots:
+    void lastWindowClosed();
+
 private:
     void installTranslator(QTranslator &translator);
     void removeLeftoverFiles();
@@ -144,6 +158,9 @@ private:
     QStringList m_arguments;
     QString m_openFilePath;
     bool m_initialized = false;
+    int m_refreshHolds = 0;
+    bool m_refreshPending = false;
+    bool m_closing = false;
 };
 
 #endif // PROCESSLAUNCHER_H

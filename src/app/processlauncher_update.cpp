@@ -70,6 +70,14 @@ bool ProcessLauncher::hasLauncherUpdate()
 
 void ProcessLauncher::refreshUpdateState()
 {
+    if (m_closing)
+        return;
+    if (m_refreshHolds > 0) {
+        if (!m_refreshPending)
+            writeLog(QStringLiteral("ProcessLauncher::refreshUpdateState: held until the running flow has ended"));
+        m_refreshPending = true;
+        return;
+    }
     if (!prepareApplUpdater())
         return;
     emit m_screenInfo->signalRefreshButtonClicked();
@@ -83,6 +91,32 @@ void ProcessLauncher::noticeWebVersions()
     const bool updatedNewsWebFound = !m_applInfo->isWebVersionUpToDate(QStringLiteral("newsweb"), news);
     const bool updatedHowtoWebFound = !m_applInfo->isWebVersionUpToDate(QStringLiteral("howtoweb"), howto);
     emit m_screenInfo->signalUptodateWebVersionNoticed(updatedNewsWebFound, updatedHowtoWebFound);
+}
+
+void ProcessLauncher::holdRefresh()
+{
+    ++m_refreshHolds;
+}
+
+void ProcessLauncher::releaseRefresh()
+{
+    if (--m_refreshHolds > 0 || !m_refreshPending)
+        return;
+    m_refreshPending = false;
+    refreshUpdateState();
+}
+
+void ProcessLauncher::closeLauncher()
+{
+    m_closing = true;
+    quit();
+}
+
+void ProcessLauncher::lastWindowClosed()
+{
+    // The main window is gone and the event loops end; a flow that waited
+    // in one of them unwinds.
+    m_closing = true;
 }
 
 void ProcessLauncher::saveWebVersion(const QString &webType)

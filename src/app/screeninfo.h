@@ -17,6 +17,10 @@ public:
 signals:
     void signalRefreshButtonClicked();
     void signalInstallationConfirmed();
+    // What the package flow that ends changed in the uninstall records, in
+    // words for the management page; empty when it changed nothing. Comes
+    // just before its signalInstallationConfirmed().
+    void signalInstallationNoted(const QString &note);
     void signalUptodateVersionNoticed(bool updatingVersionFound, bool recentVersionFound);
     void signalUptodateWebVersionNoticed(bool updatedNewsWebFound, bool updatedHowtoWebFound);
 };

@@ -4,9 +4,9 @@
 #include <QObject>
 #include <QString>
 
-// Says whether the maker's public host name resolves. It sends no packet and
-// ignores any proxy, so a machine that reaches the net only through a proxy
-// without name resolution counts as offline.
+// Says whether the network can be tried: with a proxy in effect always,
+// since the proxy resolves the names and the machine may not; otherwise
+// whether the maker's public host name resolves. It sends no packet.
 class NetworkAccessHelper : public QObject
 {
     Q_OBJECT

@@ -22,11 +22,6 @@ public:
     // not on Windows, where it is a GUI program with no console to print to.
     static bool hasConsoleOptions();
 
-    // Starts a file the way the shell's "open" action does. With wait true the
-    // call returns only when the started process has ended; the exit code is
-    // not read. On false errorText holds the reason.
-    static bool openFile(const QString &path, bool wait, QString &errorText);
-
     // Moves a file over another in one step, so that whoever opens the target
     // finds either the old file or the new one, never a mix or nothing. Both
     // lie in the same folder. On false errorText holds the system's reason.

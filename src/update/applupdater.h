@@ -89,11 +89,18 @@ public:
     static QStringList removeStaleDownloads(QStringList *failures);
 
     // Start a file as the shell's "open" does; with wait true, return only
-    // when it has ended. True means started (and waited for), whatever the
-    // program's own outcome.
+    // when it has ended, the event loop running meanwhile so that the windows
+    // go on painting (a modal window in front keeps the user's input from the
+    // rest). True means started (and waited for), whatever the program's own
+    // outcome. A wait that the launcher's closing cuts short gives false and
+    // isLeftRunning(): the program goes on alone.
     bool openExecutableFile(const QString &path, bool wait);
     bool openDownloadFile(bool wait);
-    bool openUninstallerFile(const QString &path, bool wait);
+    // command: an uninstall command as installers record it, a program
+    // (quoted when need be) and its arguments. With unbalanced quotes
+    // nothing is started.
+    bool openUninstallerFile(const QString &command, bool wait);
+    bool isLeftRunning() const { return m_leftRunning; }
 
 signals:
     void signalDownloadFinished(const QString &message, bool b);
@@ -104,6 +111,7 @@ private slots:
     void downloadFinished(bool ok);
 
 private:
+    bool openProgram(const QString &path, const QStringList &arguments, bool wait);
     void dropDownload();
     void writeLog(const QString &message) const;
 
@@ -119,6 +127,7 @@ private:
     QString m_catalogueUrl;
     DownloadFailure m_downloadFailure;
     int m_stallLimitMs = 0; // 0: FileDownload's own
+    bool m_leftRunning = false;
 };
 
 #endif // APPLUPDATER_H

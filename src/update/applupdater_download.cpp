@@ -3,7 +3,7 @@
 
 #include "filedownload.h"
 #include "partfile.h"
-#include "systemenvironment.h"
+#include "startedprogram.h"
 
 #include <QFile>
 #include <QProcess>
@@ -97,25 +97,50 @@ void ApplUpdater::dropDownload()
 
 bool ApplUpdater::openExecutableFile(const QString &path, bool wait)
 {
+    return openProgram(path, QStringList(), wait);
+}
+
+bool ApplUpdater::openProgram(const QString &path, const QStringList &arguments, bool wait)
+{
+    m_leftRunning = false;
     if (!QFile::exists(path)) {
         m_errorText = QStringLiteral("File not found: %1").arg(path);
         return false;
     }
     if (m_targetSystemName == QLatin1String("macosx")) {
         // The wait plays no part here.
-        if (QProcess::execute(QStringLiteral("/usr/bin/open"), QStringList { path }) != 0) {
+        const QStringList openArguments = QStringList { path }
+            + (arguments.isEmpty() ? QStringList() : QStringList { QStringLiteral("--args") } + arguments);
+        if (QProcess::execute(QStringLiteral("/usr/bin/open"), openArguments) != 0) {
             m_errorText = QStringLiteral("Failed to open file(QProcess::execute): %1").arg(path);
             return false;
         }
         m_infoText = QStringLiteral("File is opened(QProcess::execute): %1").arg(path);
         return true;
     }
-    QString error;
-    if (!SystemEnvironment::openFile(path, wait, error)) {
-        m_errorText = error;
+    StartedProgram program;
+    program.setProgram(path, arguments);
+    if (!program.start()) {
+        m_errorText = program.getErrorText();
         return false;
     }
-    m_infoText = QStringLiteral("ApplUpdater::openExecutableFile: %1").arg(path);
+    if (wait) {
+        switch (program.waitForEnd()) {
+        case StartedProgram::End::Ended:
+            break;
+        case StartedProgram::End::LeftRunning:
+            m_leftRunning = true;
+            m_errorText = QStringLiteral(
+                "ApplUpdater::openExecutableFile: the launcher closes while %1 runs; it is left running")
+                              .arg(path);
+            return false;
+        case StartedProgram::End::WaitFailed:
+            m_errorText = program.getErrorText();
+            return false;
+        }
+    }
+    m_infoText = QStringLiteral("ApplUpdater::openExecutableFile: %1")
+                     .arg((QStringList(path) + arguments).join(QLatin1Char(' ')));
     return true;
 }
 
@@ -126,9 +151,16 @@ bool ApplUpdater::openDownloadFile(bool wait)
     return opened;
 }
 
-bool ApplUpdater::openUninstallerFile(const QString &path, bool wait)
+bool ApplUpdater::openUninstallerFile(const QString &command, bool wait)
 {
-    const bool opened = openExecutableFile(path, wait);
+    StartedProgram uninstaller;
+    bool opened = uninstaller.setCommand(command);
+    if (opened) {
+        opened = openProgram(uninstaller.getProgram(), uninstaller.getArguments(), wait);
+    } else {
+        m_errorText = uninstaller.getErrorText();
+        m_leftRunning = false;
+    }
     writeLog(QStringLiteral("ApplUpdater::openUninstallerFile: %1").arg(opened ? m_infoText : m_errorText));
     return opened;
 }

@@ -91,20 +91,29 @@ private slots:
         QVERIFY(m_harness->isValid() && m_harness->registerVersions({}) && m_harness->serveStore());
     }
 
+    // A sample installer held by a test that failed halfway is let go.
+    void cleanup() { TestFiles::write(root() + "/go", ""); }
+
     void flows_data()
     {
         QTest::addColumn<QStringList>("installed"); // by the sample installer, before the start
         QTest::addColumn<QStringList>("offered");
+        QTest::addColumn<QString>("outcome"); // of the sample installers the launcher starts
         QTest::addColumn<QString>("steps"); // on the management page
         QTest::addColumn<QStringList>("questions"); // each answered Yes
         QTest::addColumn<QStringList>("runs"); // of the sample installers, in order
         QTest::addColumn<QStringList>("after"); // the versions installed at the end, newest first
 
+        // What the installers did is read from the records: no question at the end.
         // clang-format off
-        QTest::newRow("install") << QStringList() << QStringList { "2.3.00", "2.2.02" } << "click editorInstallButton;pick release 2.3.00;window Install editor (2.3.00);click executeButton" << QStringList { "Are you sure to install release ver 2.3.00 ?", "Are you finished to install release ver 2.3.00 ?" } << QStringList { "installed editor 2.3.00" } << QStringList { "2.3.00" };
+        QTest::newRow("install") << QStringList() << QStringList { "2.3.00", "2.2.02" } << "" << "click editorInstallButton;pick release 2.3.00;window Install editor (2.3.00);click executeButton" << QStringList { "Are you sure to install release ver 2.3.00 ?" } << QStringList { "installed editor 2.3.00" } << QStringList { "2.3.00" };
         // The new version's installer runs first, then the old one's uninstaller.
-        QTest::newRow("update") << QStringList { "2.1.05", "2.2.01" } << QStringList { "2.2.02" } << "press VersionDescWidget left;pick Update to recent version;window Update editor (2.2.02);click executeButton" << QStringList { "Are you sure to install release ver 2.2.02 ?", "Are you finished to update release ver 2.2.02 ?" } << QStringList { "installed editor 2.2.02", "uninstalled editor 2.2.01" } << QStringList { "2.2.02", "2.1.05" };
-        QTest::newRow("uninstall") << QStringList { "2.1.05", "2.2.01" } << QStringList() << "press VersionDescWidget#2 left;pick Uninstall" << QStringList { "Are you sure to uninstall Vorlix Zanmir Editor ver 2.1.05 ?", "Are you finished to uninstall Vorlix Zanmir Editor ver 2.1.05 ?" } << QStringList { "uninstalled editor 2.1.05" } << QStringList { "2.2.01" };
+        QTest::newRow("update") << QStringList { "2.1.05", "2.2.01" } << QStringList { "2.2.02" } << "" << "press VersionDescWidget left;pick Update to recent version;window Update editor (2.2.02);click executeButton" << QStringList { "Are you sure to install release ver 2.2.02 ?" } << QStringList { "installed editor 2.2.02", "uninstalled editor 2.2.01" } << QStringList { "2.2.02", "2.1.05" };
+        // Only a change in the records lets the old version go.
+        QTest::newRow("update that installs nothing") << QStringList { "2.1.05", "2.2.01" } << QStringList { "2.2.02" } << "nothing" << "press VersionDescWidget left;pick Update to recent version;window Update editor (2.2.02);click executeButton" << QStringList { "Are you sure to install release ver 2.2.02 ?", "Are you finished to update release ver 2.2.02 ?", "The update to release ver 2.2.02 did not complete.\n\nVorlix Zanmir Editor ver 2.2.01 is still installed; nothing was uninstalled." } << QStringList { "installed " } << QStringList { "2.2.01", "2.1.05" };
+        // A failed exit status does not count against what the records show.
+        QTest::newRow("install that fails but installed") << QStringList() << QStringList { "2.3.00" } << "installs-fails" << "click editorInstallButton;pick release 2.3.00;window Install editor (2.3.00);click executeButton" << QStringList { "Are you sure to install release ver 2.3.00 ?" } << QStringList { "installed editor 2.3.00" } << QStringList { "2.3.00" };
+        QTest::newRow("uninstall") << QStringList { "2.1.05", "2.2.01" } << QStringList() << "" << "press VersionDescWidget#2 left;pick Uninstall" << QStringList { "Are you sure to uninstall Vorlix Zanmir Editor ver 2.1.05 ?" } << QStringList { "uninstalled editor 2.1.05" } << QStringList { "2.2.01" };
         // clang-format on
     }
 
@@ -112,6 +121,7 @@ private slots:
     {
         QFETCH(QStringList, installed);
         QFETCH(QStringList, offered);
+        QFETCH(QString, outcome);
         QFETCH(QString, steps);
         QFETCH(QStringList, questions);
         QFETCH(QStringList, runs);
@@ -120,6 +130,7 @@ private slots:
         for (const QString &version : installed)
             install(version);
         QFile::remove(m_harness->installerLog());
+        m_harness->setEnvironmentValue("ZANMIR_SAMPLE_INSTALLER_OUTCOME", outcome);
 
         const QString rows = root() + "/rows", tiles = root() + "/tiles";
         m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT",
@@ -142,6 +153,58 @@ private slots:
         QCOMPARE(lines(tiles), shown);
         for (const QString &version : installed)
             QCOMPARE(QFileInfo::exists(editorFolder(version)), after.contains(version));
+    }
+
+    // The window paints and the script acts on it while the installer runs;
+    // the installer waits for the test's word, given only once the window
+    // has answered.
+    void windowAnswersWhileInstallerRuns()
+    {
+        publish({ "2.3.00" });
+        const QString go = root() + "/go", shot = root() + "/installing.png", rows = root() + "/rows";
+        m_harness->setEnvironmentValue("ZANMIR_SAMPLE_INSTALLER_HOLD", go);
+        m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT",
+            "window Zanmir Launcher;click buttonAppl;click editorInstallButton;pick release 2.3.00"
+            ";window Install editor (2.3.00);click executeButton;window Installing;grab DownloadDialog "
+                + shot + ";settle;rows widgetInstalledEditor/listWidget " + rows + ";close");
+        LauncherRun *run = m_harness->start({});
+        QTRY_VERIFY_WITH_TIMEOUT(run->doneSteps().contains("grab DownloadDialog " + shot) || !run->isRunning(), 120000);
+        QVERIFY2(run->isRunning(), qPrintable(run->describe()));
+        QVERIFY(!QImage(shot).isNull());
+        QVERIFY(!QFile::exists(m_harness->installerLog()));
+        QVERIFY(TestFiles::write(go, ""));
+        QVERIFY2(run->waitForFinished(120000) && run->exitedWith(0), qPrintable(run->describe()));
+        QCOMPARE(run->failedSteps(), QStringList());
+        QCOMPARE(installerRuns(), QStringList { "installed editor 2.3.00" });
+        QCOMPARE(lines(rows), QStringList { "Vorlix Zanmir Editor 2.3.00" });
+    }
+
+    // Closing the launcher while an uninstaller runs leaves the uninstaller
+    // running, and says so; it ends its work on its own.
+    void uninstallerLeftRunning()
+    {
+        install("2.1.05");
+        install("2.2.01");
+        QFile::remove(m_harness->installerLog());
+        const QString go = root() + "/go";
+        m_harness->setEnvironmentValue("ZANMIR_SAMPLE_INSTALLER_HOLD", go);
+        m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT",
+            "window Zanmir Launcher;click buttonAppl;press VersionDescWidget#2 left;pick Uninstall;window "
+            "Uninstalling;close");
+        LauncherRun *run = m_harness->run({});
+        QVERIFY2(run->exitedWith(0), qPrintable(run->describe()));
+        QStringList asked;
+        for (const DialogRecord &dialog : run->dialogs())
+            asked.append(dialog.text);
+        QCOMPARE(asked,
+            (QStringList { "Are you sure to uninstall Vorlix Zanmir Editor ver 2.1.05 ?",
+                "The uninstaller of Vorlix Zanmir Editor ver 2.1.05 is still running.\n\n"
+                "Close Zanmir Launcher and leave it running?" }));
+        QVERIFY(m_harness->launcherLog().contains("it is left running"));
+        QCOMPARE(recordedEditors(), (QStringList { "2.2.01", "2.1.05" }));
+        QVERIFY(TestFiles::write(go, ""));
+        QTRY_COMPARE_WITH_TIMEOUT(installerRuns(), QStringList { "uninstalled editor 2.1.05" }, 60000);
+        QCOMPARE(recordedEditors(), QStringList { "2.2.01" });
     }
 
     void badge_data()

@@ -4,6 +4,7 @@
 #include "networkaccesshelper.h"
 #include "untrustedtlsserver.h"
 
+#include <QNetworkProxy>
 #include <QtTest>
 
 #include <memory>
@@ -148,6 +149,10 @@ private slots:
         QVERIFY(NetworkAccessHelper().isAvailable());
         qputenv("ZANMIR_PUBLIC_HOST", QByteArray(64, 'x') + ".invalid");
         QVERIFY(!NetworkAccessHelper().isAvailable());
+        // Behind a proxy the name need not resolve here at all.
+        QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, "127.0.0.1", 9));
+        QVERIFY(NetworkAccessHelper().isAvailable());
+        QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
     }
 };
 

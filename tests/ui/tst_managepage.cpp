@@ -5,12 +5,14 @@
 #include "modalanswer.h"
 #include "screeninfo.h"
 #include "systemsettings.h"
+#include "updatehistorywidget.h"
 
 #include <QComboBox>
 #include <QGraphicsView>
 #include <QLabel>
 #include <QListWidget>
 #include <QMenu>
+#include <QMessageBox>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QToolButton>
@@ -213,6 +215,70 @@ private slots:
         QVERIFY(!old);
         QCOMPARE(m_launcher->getApplInfo()->isSelectedVersion(editors.at(index)), isDefault);
         QCOMPARE(radio(row(index))->isChecked(), isDefault);
+    }
+
+    // What a flow changed shows on a line of its own below the notice, and
+    // goes with the next flow that changed nothing.
+    void changeNote()
+    {
+        QVERIFY(showPage({ "2.1.0.5" }, { "editor 2.2.0.1" }));
+        ScreenInfo *screen = m_launcher->getScreenInfo();
+        auto *note = child<QLabel>(m_page.data(), "labelChangeNote");
+        auto *frame = child<QFrame>(m_page.data(), "contentsFrame");
+        emit screen->signalInstallationNoted("Vorlix Zanmir Editor ver 2.1.0.9 was installed.");
+        emit screen->signalInstallationConfirmed();
+        QVERIFY(note->isVisibleTo(m_page.data()));
+        QCOMPARE(note->text(), QString("Vorlix Zanmir Editor ver 2.1.0.9 was installed."));
+        // Below the newer series' line, which stays.
+        QCOMPARE(note->y(), child<QLabel>(m_page.data(), "labelRecentVersion")->geometry().bottom() + 1);
+        QCOMPARE(frame->maximumHeight(), 70);
+        emit screen->signalInstallationNoted(QString());
+        emit screen->signalInstallationConfirmed();
+        QVERIFY(!note->isVisibleTo(m_page.data()));
+        QCOMPARE(frame->maximumHeight(), 40);
+    }
+
+    // A refresh that comes while a row's flow has a dialog open (the daily
+    // one, or the catalogue read again) waits for the flow to end: the row,
+    // which owns the flow and its dialogs, stays, and the list is rebuilt
+    // once afterwards.
+    void refreshWaitsForTheFlow()
+    {
+        QVERIFY(showPage({ "2.1.0.5" }, { "editor 2.1.0.9" }));
+        // An installer that installs nothing, slow to come, so that the
+        // download dialog is seen.
+        m_server.setAnswer("/v/2.1.0.9?t=pe1", HttpFixture::trickled("#!/bin/sh\nexit 0\n"));
+        QSignalSpy refreshed(m_launcher->getScreenInfo(), SIGNAL(signalRefreshButtonClicked()));
+        QPointer<QWidget> old = row(0);
+        QStringList seen; // each window as the refresh fired, the refreshes so far, whether the row was there
+        QPointer<QWidget> last;
+        QTimer user;
+        connect(&user, &QTimer::timeout, [&]() {
+            QWidget *modal = QApplication::activeModalWidget();
+            if (!modal || modal == last || qobject_cast<QMenu *>(modal))
+                return;
+            last = modal;
+            m_launcher->refreshUpdateState();
+            seen << QString("%1 %2 %3").arg(modal->windowTitle()).arg(refreshed.count()).arg(old ? "row" : "gone");
+            QTimer::singleShot(0, modal, [modal]() {
+                if (auto *history = qobject_cast<UpdateHistoryWidget *>(modal))
+                    history->accept();
+                else if (auto *box = qobject_cast<QMessageBox *>(modal))
+                    (box->button(QMessageBox::Yes) ? box->button(QMessageBox::Yes) : box->button(QMessageBox::Ok))
+                        ->click();
+                // The download dialog ends by itself.
+            });
+        });
+        user.start(10);
+        QCOMPARE(pressRow(old, QPoint(100, 40), Qt::LeftButton, "Update to recent version").size(), 5);
+        user.stop();
+        QCOMPARE(seen,
+            (QStringList {
+                "Update editor (2.1.0.9) 0 row", "Downloading 0 row", "Confirm 0 row", "Information 0 row" }));
+        QCOMPARE(refreshed.count(), 1);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!old);
+        QCOMPARE(rows(), QString("2.1.0.5*"));
     }
 
     // activated, not a change of the current item: picking the item shown

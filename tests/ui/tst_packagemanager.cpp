@@ -6,15 +6,18 @@
 #include "networkaccesshelper.h"
 #include "packagemanager.h"
 #include "screeninfo.h"
+#include "systemsettings.h"
 #include "testfiles.h"
 #include "updatehistorywidget.h"
 
 #include <QMessageBox>
+#include <QNetworkProxy>
 #include <QSignalSpy>
 #include <QToolButton>
 
 // The install, update and uninstall conversations on a real launcher, with
-// installers from a local server and an uninstaller written by the test.
+// installers from a local server and uninstallers written by the test, each
+// of which changes the uninstall records as a real one would, or does not.
 // The test plays the user and answers each box and history dialog in turn.
 class TestPackageManager : public ServedLauncherTestCase
 {
@@ -32,8 +35,32 @@ private:
 
     const QString m_installer = QStringLiteral("/v/2.1.0.9?t=pe1");
     QString ranLog() const { return m_profile->root() + "/ran"; }
-    QString uninstaller() const { return m_profile->root() + "/uninstall"; }
-    QString script(const QString &name) const { return "#!/bin/sh\necho " + name + " >> \"" + ranLog() + "\"\n"; }
+    // In a folder with a blank in its name, as installers often put it.
+    QString uninstaller() const { return m_profile->root() + "/un install/uninstall"; }
+    // The uninstall records as a program leaves them: "installed" (2.1.0.9
+    // beside 2.1.0.5), "updated" (2.1.0.9 only), "uninstalled" (neither).
+    QString records(const QString &state) const { return m_profile->root() + "/records-" + state + ".ini"; }
+    // A program that notes its run with its arguments, leaves the records
+    // in that state (none: as they are), and exits with that status.
+    QByteArray script(const QString &name, const QString &state = QString(), int status = 0) const
+    {
+        QString text = "#!/bin/sh\necho " + name + " \"$@\" >> \"" + ranLog() + "\"\n";
+        if (!state.isEmpty())
+            text += "cp \"" + records(state) + "\" \"" + SystemSettings::uninstallRecordsFile() + "\"\n";
+        return (text + QStringLiteral("exit %1\n").arg(status)).toUtf8();
+    }
+    void writeRecords(const QString &state, const QStringList &versions) const
+    {
+        QSettings records(this->records(state), QSettings::IniFormat);
+        records.clear();
+        for (const QString &subkey : QStringList { "L0", "E" } + versions) {
+            const QHash<QString, QString> values = subkey == "L0"
+                ? TestProfile::versionValues(subkey, "launcher", "release", "1.0.0.0")
+                : TestProfile::versionValues(subkey, "editor", "release", subkey == "E" ? "2.1.0.5" : "2.1.0.9");
+            for (auto it = values.constBegin(); it != values.constEnd(); ++it)
+                records.setValue(subkey + '/' + it.key(), it.value());
+        }
+    }
 
     void offer(const QStringList &entries)
     {
@@ -57,9 +84,10 @@ private:
 
     void answer(QWidget *modal)
     {
-        // The download dialog ends by itself; after a failure's box the user cancels it.
+        // The download dialog ends by itself; after a failure's box the user
+        // cancels it. While a program runs it cannot be cancelled at all.
         if (qobject_cast<DownloadDialog *>(modal)) {
-            if (!m_launcher->getApplUpdater()->isDownloading())
+            if (modal->findChild<QToolButton *>("retryButton")->isVisible())
                 modal->findChild<QToolButton *>("cancelButton")->click();
             return;
         }
@@ -99,16 +127,28 @@ private slots:
     {
         m_profile->registerVersion("E", "editor", "release", "2.1.0.5");
         QVERIFY(startLauncher());
-        QVERIFY(TestFiles::write(uninstaller(), script("uninstaller").toUtf8()));
-        QVERIFY(QFile::setPermissions(uninstaller(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        writeRecords("before", {});
+        writeRecords("installed", { "E9" });
+        QVERIFY(QFileInfo(records("installed")).size() > QFileInfo(records("before")).size());
+        QVERIFY(QDir().mkpath(QFileInfo(uninstaller()).path()));
         connect(&m_user, SIGNAL(timeout()), this, SLOT(act()));
         m_user.start(10);
     }
 
     void init()
     {
+        // Each flow starts from 2.1.0.5 alone; the uninstall states are made
+        // from the records the launcher itself wrote.
+        QFile::remove(SystemSettings::uninstallRecordsFile());
+        QVERIFY(QFile::copy(records("before"), SystemSettings::uninstallRecordsFile()));
+        for (const QString &state : QStringList { "updated", "uninstalled" }) {
+            QFile::remove(records(state));
+            QVERIFY(QFile::copy(records(state == QLatin1String("updated") ? "installed" : "before"), records(state)));
+            QSettings(records(state), QSettings::IniFormat).remove("E");
+        }
         offer({ "editor 2.1.0.9", "editor 2.2.0.1" });
         setNetwork(true);
+        QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
         m_answers.clear();
         m_seen.clear();
         QFile::remove(ranLog());
@@ -121,31 +161,60 @@ private slots:
         QTest::addColumn<QString>("setup");
         QTest::addColumn<QStringList>("answers");
         // Boxes and history dialogs, each beginning so; OLD and NEW name the
-        // versions as the boxes do, %u is the uninstaller path.
+        // versions as the boxes do, %u is the uninstall command.
         QTest::addColumn<QStringList>("seen");
-        QTest::addColumn<QString>("ran"); // the programs run, in order
-        QTest::addColumn<bool>("confirmed");
+        QTest::addColumn<QString>("ran"); // the programs run, in order, with their arguments
+        QTest::addColumn<QString>("note"); // of the refresh that ends the flow; "-" for none
         QTest::addColumn<bool>("fetched"); // the installer
         QTest::addColumn<QStringList>("logged"); // by the flow itself
-        const QString installed = "Update editor (2.1.0.9)|Confirm: Are you finished to update NEW ?";
+        const QStringList history { "Install editor (2.1.0.9)" };
+        const QStringList updateHistory { "Update editor (2.1.0.9)" };
+        const QString installed = "Vorlix Zanmir Editor ver 2.1.0.9 was installed.";
+        const QString uninstalled = "Vorlix Zanmir Editor ver 2.1.0.5 was uninstalled.";
+        const QString added = "uninstall records: added editor release 2.1.0.9";
+        const QString removed = "uninstall records: removed editor release 2.1.0.5";
+        const QString unchanged = "uninstall records: no change";
+        const QString asked = "no change in the uninstall records; the user is asked";
         const QString uninstalling = "VersionDescWidget::actionUninstall: OLD uninstaller_path: %u";
+        const QString replacing = "PackageManager::updateEditor: OLD uninstaller_path: %u";
+        const QString incomplete
+            = "Information: The update to NEW did not complete.\n\nOLD is still installed; nothing was uninstalled.";
+        const auto in = [](const QString &flow, const QStringList &lines) {
+            return QStringList(lines).replaceInStrings(
+                QRegularExpression("^(uninstall records|no change)"), "PackageManager::" + flow + ": \\1");
+        };
         // clang-format off
-        QTest::newRow("install") << "install" << "" << QStringList { "Yes", "Yes" } << QStringList { "Install editor (2.1.0.9)", "Confirm: Are you finished to install NEW ?" } << "installer" << true << true << QStringList();
-        QTest::newRow("install, network down") << "install" << "network down" << QStringList { "Ok" } << QStringList { "error: Network is not available.\nCannot install.\n\nCheck network settings." } << "" << false << false << QStringList { "PackageManager::installEditor: network is not available." };
-        QTest::newRow("install, No in the history") << "install" << "" << QStringList { "No" } << QStringList { "Install editor (2.1.0.9)" } << "" << false << false << QStringList();
-        QTest::newRow("install, No at the end") << "install" << "" << QStringList { "Yes", "No" } << QStringList { "Install editor (2.1.0.9)", "Confirm: Are you finished to install NEW ?" } << "installer" << false << true << QStringList();
-        QTest::newRow("install, installer does not start") << "install" << "not a program" << QStringList { "Yes", "Ok" } << QStringList { "Install editor (2.1.0.9)", "Error: ApplUpdater::openExecutableFile: failed ShellExecuteEx " } << "" << false << true << QStringList();
-        QTest::newRow("update") << "update" << "" << QStringList { "Yes", "Yes" } << installed.split('|') << "installer uninstaller" << true << true << QStringList { "PackageManager::updateEditor: OLD uninstaller_path: %u" };
-        QTest::newRow("update, network down") << "update" << "network down" << QStringList { "Ok" } << QStringList { "error: Network is not available.\nCannot update.\n\nCheck network settings." } << "" << false << false << QStringList { "PackageManager::updateEditor: network is not available." };
-        QTest::newRow("update on the newest") << "update" << "newest" << QStringList { "Ok" } << QStringList { "Information: This is recent release version." } << "" << false << false << QStringList();
-        QTest::newRow("update, No in the history") << "update" << "" << QStringList { "No" } << QStringList { "Update editor (2.1.0.9)" } << "" << false << false << QStringList();
-        QTest::newRow("update, uninstaller fails") << "update" << "failing uninstaller" << QStringList { "Yes", "Yes" } << installed.split('|') << "installer" << true << true << QStringList { "PackageManager::updateEditor: OLD uninstaller_path: %u", "PackageManager::updateEditor: failed in openUninstallerFile. OLD uninstaller_path: %u" };
-        QTest::newRow("update without uninstaller") << "update" << "no uninstaller" << QStringList { "Yes", "Ok" } << QStringList { "Update editor (2.1.0.9)", "Error: Path not found: uninstaller of OLD" } << "installer" << false << true << QStringList();
-        QTest::newRow("uninstall, network down") << "uninstall" << "network down" << QStringList { "Yes", "Yes" } << QStringList { "Confirm: Are you sure to uninstall OLD ?", "Confirm: Are you finished to uninstall OLD ?" } << "uninstaller" << true << false << QStringList { uninstalling };
-        QTest::newRow("uninstall, No") << "uninstall" << "" << QStringList { "No" } << QStringList { "Confirm: Are you sure to uninstall OLD ?" } << "" << false << false << QStringList { uninstalling };
-        QTest::newRow("uninstall without uninstaller") << "uninstall" << "no uninstaller" << QStringList { "Ok" } << QStringList { "Error: Path not found: uninstaller of OLD" } << "" << false << false << QStringList();
-        QTest::newRow("uninstaller path quoted") << "uninstall" << "quoted" << QStringList { "Yes", "Ok" } << QStringList { "Confirm: Are you sure to uninstall OLD ?", "Error: Failed to start uninstaller of OLD" } << "" << false << false << QStringList { uninstalling };
-        QTest::newRow("uninstaller path with arguments") << "uninstall" << "arguments" << QStringList { "Yes", "Ok" } << QStringList { "Confirm: Are you sure to uninstall OLD ?", "Error: Failed to start uninstaller of OLD" } << "" << false << false << QStringList { uninstalling };
+        QTest::newRow("install") << "install" << "" << QStringList { "Yes" } << history << "installer" << installed << true << in("installEditor", { added });
+        // An exit status is no outcome: the records tell.
+        QTest::newRow("install, exits 3 but installed") << "install" << "exits 3" << QStringList { "Yes" } << history << "installer" << installed << true << in("installEditor", { added });
+        QTest::newRow("install, installs nothing, Yes") << "install" << "installs nothing" << QStringList { "Yes", "Yes" } << history + QStringList { "Confirm: Are you finished to install NEW ?" } << "installer" << "" << true << in("installEditor", { asked, unchanged });
+        QTest::newRow("install, installs nothing, No") << "install" << "installs nothing" << QStringList { "Yes", "No" } << history + QStringList { "Confirm: Are you finished to install NEW ?" } << "installer" << "-" << true << in("installEditor", { asked });
+        QTest::newRow("install, network down") << "install" << "network down" << QStringList { "Ok" } << QStringList { "error: Network is not available.\nCannot install.\n\nCheck network settings." } << "" << "-" << false << QStringList { "PackageManager::installEditor: network is not available." };
+        // Behind a proxy no name need resolve here; the download tells whether the server is there.
+        QTest::newRow("install, names resolve only behind the proxy") << "install" << "proxy" << QStringList { "Yes" } << history << "installer" << installed << true << in("installEditor", { added });
+        QTest::newRow("install, No in the history") << "install" << "" << QStringList { "No" } << history << "" << "-" << false << QStringList();
+        QTest::newRow("install, installer does not start") << "install" << "not a program" << QStringList { "Yes", "Ok" } << history + QStringList { "Error: ApplUpdater::openExecutableFile: failed ShellExecuteEx " } << "" << "-" << true << QStringList();
+        // The old version goes only once the new one is in the records.
+        QTest::newRow("update") << "update" << "" << QStringList { "Yes" } << updateHistory << "installer uninstaller" << "Vorlix Zanmir Editor ver 2.1.0.5 was updated to ver 2.1.0.9." << true << in("updateEditor", { added, replacing, "uninstall records: added editor release 2.1.0.9; removed editor release 2.1.0.5" });
+        // Refused before the user is asked to consent to it.
+        QTest::newRow("update, plain http from elsewhere") << "update" << "plain http" << QStringList { "Ok" } << QStringList { "Error: The installer was not downloaded: " } << "" << "-" << false << QStringList { "PackageManager::findInstaller: Download refused: ZanmirSetup_2.1.0.9.exe has no SHA-256 in the catalogue, and it would come over plain http from dl.zanmir.example" };
+        QTest::newRow("update, installs nothing, Yes") << "update" << "installs nothing" << QStringList { "Yes", "Yes", "Ok" } << updateHistory + QStringList { "Confirm: Are you finished to update NEW ?", incomplete } << "installer" << "" << true << in("updateEditor", { asked, unchanged });
+        QTest::newRow("update, installs nothing, No") << "update" << "installs nothing" << QStringList { "Yes", "No", "Ok" } << updateHistory + QStringList { "Confirm: Are you finished to update NEW ?", incomplete } << "installer" << "-" << true << in("updateEditor", { asked });
+        QTest::newRow("update, network down") << "update" << "network down" << QStringList { "Ok" } << QStringList { "error: Network is not available.\nCannot update.\n\nCheck network settings." } << "" << "-" << false << QStringList { "PackageManager::updateEditor: network is not available." };
+        QTest::newRow("update on the newest") << "update" << "newest" << QStringList { "Ok" } << QStringList { "Information: This is recent release version." } << "" << "-" << false << QStringList();
+        QTest::newRow("update, No in the history") << "update" << "" << QStringList { "No" } << updateHistory << "" << "-" << false << QStringList();
+        // Both versions stay; only the log hears of the uninstaller.
+        QTest::newRow("update, uninstaller does not start") << "update" << "missing uninstaller" << QStringList { "Yes" } << updateHistory << "installer" << installed << true << in("updateEditor", { added, replacing, "PackageManager::updateEditor: failed in openUninstallerFile. OLD uninstaller_path: %u", added });
+        QTest::newRow("update without uninstaller") << "update" << "no uninstaller" << QStringList { "Yes", "Ok" } << updateHistory + QStringList { "Error: Path not found: uninstaller of OLD" } << "installer" << installed << true << in("updateEditor", { added, added });
+        QTest::newRow("uninstall, network down") << "uninstall" << "network down" << QStringList { "Yes" } << QStringList { "Confirm: Are you sure to uninstall OLD ?" } << "uninstaller" << uninstalled << false << in("uninstallEditor", { uninstalling, removed });
+        QTest::newRow("uninstall, removes nothing") << "uninstall" << "removes nothing" << QStringList { "Yes", "Yes" } << QStringList { "Confirm: Are you sure to uninstall OLD ?", "Confirm: Are you finished to uninstall OLD ?" } << "uninstaller" << "" << false << in("uninstallEditor", { uninstalling, asked, unchanged });
+        QTest::newRow("uninstall, No") << "uninstall" << "" << QStringList { "No" } << QStringList { "Confirm: Are you sure to uninstall OLD ?" } << "" << "-" << false << QStringList { uninstalling };
+        QTest::newRow("uninstall without uninstaller") << "uninstall" << "no uninstaller" << QStringList { "Ok" } << QStringList { "Error: Path not found: uninstaller of OLD" } << "" << "-" << false << QStringList();
+        // Uninstall commands as installers write them.
+        QTest::newRow("quoted, with arguments") << "uninstall" << "quoted" << QStringList { "Yes" } << QStringList { "Confirm: Are you sure to uninstall OLD ?" } << "uninstaller /S --keep settings" << uninstalled << false << in("uninstallEditor", { uninstalling, removed });
+        QTest::newRow("blank in the path, unquoted") << "uninstall" << "" << QStringList { "Yes" } << QStringList { "Confirm: Are you sure to uninstall OLD ?" } << "uninstaller" << uninstalled << false << in("uninstallEditor", { uninstalling, removed });
+        QTest::newRow("unbalanced quotes") << "uninstall" << "unbalanced" << QStringList { "Yes", "Ok" } << QStringList { "Confirm: Are you sure to uninstall OLD ?", "Error: Failed to start uninstaller of OLD\n\nUnbalanced quotes in the command: [%u]" } << "" << "-" << false << QStringList { uninstalling };
+        QTest::newRow("names no program") << "uninstall" << "gone" << QStringList { "Yes", "Ok" } << QStringList { "Confirm: Are you sure to uninstall OLD ?", "Error: Failed to start uninstaller of OLD\n\nFile not found: " } << "" << "-" << false << QStringList { uninstalling };
         // clang-format on
     }
 
@@ -156,23 +225,43 @@ private slots:
         QFETCH(QStringList, answers);
         QFETCH(QStringList, seen);
         QFETCH(QString, ran);
-        QFETCH(bool, confirmed);
+        QFETCH(QString, note);
         QFETCH(bool, fetched);
         QFETCH(QStringList, logged);
-        const QHash<QString, QString> uninstallers { { "no uninstaller", "" },
-            { "failing uninstaller", m_profile->root() + "/gone" }, { "quoted", '"' + uninstaller() + '"' },
-            { "arguments", uninstaller() + " /S" } };
-        const QString uninstallerPath = uninstallers.value(setup, uninstaller());
-        setNetwork(setup != "network down");
+        const QHash<QString, QString> commands { { "no uninstaller", "" },
+            { "missing uninstaller", m_profile->root() + "/gone" }, { "gone", m_profile->root() + "/gone /S" },
+            { "quoted", '"' + uninstaller() + "\" /S \"--keep settings\"" },
+            { "unbalanced", '"' + uninstaller() + " /S" } };
+        const QString command = commands.value(setup, uninstaller());
+        setNetwork(setup != "network down" && setup != "proxy");
+        if (setup == "proxy") // on loopback, where nothing listens: nothing else goes through it
+            QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, "127.0.0.1", 9));
         if (setup == "newest")
             offer({ "editor 2.2.0.1" }); // a higher series is no update
-        m_server.setAnswer(
-            m_installer, HttpFixture::ok(setup == "not a program" ? "plain text" : script("installer").toUtf8()));
+        if (setup == "plain http") {
+            serve(CatalogueBuilder()
+                      .entries({ "editor 2.1.0.9" })
+                      .installer("ZanmirSetup_2.1.0.9.exe", "http://dl.zanmir.example/setup.exe")
+                      .bytes());
+            QVERIFY(m_launcher->prepareApplUpdater());
+        }
+        const bool installs = setup != "installs nothing";
+        m_server.setAnswer(m_installer,
+            HttpFixture::ok(setup == "not a program"
+                    ? "plain text"
+                    : script("installer", installs ? "installed" : QString(), setup == "exits 3" ? 3 : 0)));
+        QVERIFY(TestFiles::write(uninstaller(),
+            script("uninstaller",
+                setup == "removes nothing" ? QString()
+                    : flow == "update"     ? "updated"
+                                           : "uninstalled")));
+        QVERIFY(QFile::setPermissions(uninstaller(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         const int before = m_server.requestCount(m_installer);
         QSignalSpy confirmations(m_launcher->getScreenInfo(), SIGNAL(signalInstallationConfirmed()));
+        QSignalSpy notes(m_launcher->getScreenInfo(), SIGNAL(signalInstallationNoted(QString)));
 
         m_answers = answers;
-        QScopedPointer<PackageManager> packages(manager(uninstallerPath));
+        QScopedPointer<PackageManager> packages(manager(command));
         if (flow == "install")
             packages->installEditor("2.1.0.9");
         else if (flow == "update")
@@ -180,10 +269,10 @@ private slots:
         else
             packages->uninstallEditor();
 
-        const auto expand = [&uninstallerPath](QStringList texts) {
+        const auto expand = [&command](QStringList texts) {
             return texts.replaceInStrings("OLD", "Vorlix Zanmir Editor ver 2.1.0.5")
                 .replaceInStrings("NEW", "release ver 2.1.0.9")
-                .replaceInStrings("%u", uninstallerPath);
+                .replaceInStrings("%u", command);
         };
         seen = expand(seen);
         QVERIFY2(std::equal(m_seen.cbegin(), m_seen.cend(), seen.cbegin(), seen.cend(),
@@ -191,7 +280,10 @@ private slots:
             qPrintable(m_seen.join('\n')));
         QVERIFY(m_answers.isEmpty());
         QCOMPARE(QString::fromUtf8(TestFiles::read(ranLog())).simplified(), ran);
-        QCOMPARE(confirmations.count(), int(confirmed));
+        QCOMPARE(confirmations.count(), int(note != "-"));
+        QCOMPARE(notes.count(), int(note != "-"));
+        if (note != "-")
+            QCOMPARE(notes.first().first().toString(), note);
         QCOMPARE(m_server.requestCount(m_installer) - before, int(fetched));
         const QStringList lines = m_log.newLines();
         QCOMPARE(lines.filter(QRegularExpression("^(PackageManager|VersionDescWidget)::")), expand(logged));

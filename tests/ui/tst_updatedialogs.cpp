@@ -133,13 +133,15 @@ private slots:
             m_launcher->getApplUpdater(), &ApplUpdater::signalUpdateProgress, this, [&](qint64 bytes, qint64 total) {
                 unknown += total < 0;
                 // A busy bar has no value of its own.
-                const QString seen = QStringLiteral("%1/%2 %3")
+                const QString seen = QStringLiteral("%1/%2 %3 %4")
                                          .arg(total < 0 ? QString() : QString::number(bar->value()))
                                          .arg(bar->maximum())
-                                         .arg(status->text());
+                                         .arg(dialog.windowTitle(), status->text());
                 const QString expected = total < 0
-                    ? QStringLiteral("/0 %1 so far").arg(DownloadTexts::size(bytes))
-                    : QStringLiteral("%1/1000 %2").arg(bytes * 1000 / total).arg(DownloadTexts::sizeOf(bytes, total));
+                    ? QStringLiteral("/0 Downloading %1 so far").arg(DownloadTexts::size(bytes))
+                    : QStringLiteral("%1/1000 Downloading %2")
+                          .arg(bytes * 1000 / total)
+                          .arg(DownloadTexts::sizeOf(bytes, total));
                 if (!seen.startsWith(expected))
                     wrong.append(seen + " for " + expected);
             });
@@ -147,7 +149,6 @@ private slots:
         disconnect(m_launcher->getApplUpdater(), &ApplUpdater::signalUpdateProgress, this, nullptr);
         QCOMPARE(wrong, QStringList());
         QCOMPARE(unknown > 0, !withLength);
-        QCOMPARE(dialog.windowTitle(), QString("Downloading"));
         QCOMPARE(dialog.minimumSize(), QSize(390, 210));
         QCOMPARE(dialog.maximumSize(), QSize(390, 210));
         QVERIFY(QFile::exists(marker())); // waited for: it has run
@@ -237,6 +238,50 @@ private slots:
         QVERIFY(!m_launcher->getApplUpdater()->isDownloading());
         const QString ended = user == "close" ? "DownloadDialog::closed()" : "DownloadDialog::cancelClicked()";
         QCOMPARE(m_log.newLines().contains(ended), !user.isEmpty());
+    }
+
+    // While the installer runs the dialog says so, with a busy bar and
+    // nothing to cancel, and the event loop runs on: the user's steps below
+    // run inside it. Only the installer's end closes the dialog; its close
+    // button offers to close the launcher instead.
+    void installerRunsInFront()
+    {
+        const QString go = m_profile->root() + "/home/go";
+        QFile::remove(go);
+        m_server.setAnswer("/installer",
+            HttpFixture::ok(("#!/bin/sh\nfor i in $(seq 1200); do [ -e \"" + go
+                + "\" ] && break; sleep 0.05; done\necho ran > \"" + marker() + "\"\n")
+                                .toUtf8()));
+        DownloadDialog dialog(true, nullptr);
+        dialog.setProcessLauncher(m_launcher);
+        dialog.setPackage("release", "2.2.01");
+        QVERIFY(dialog.startDownload(m_server.url("/installer"), m_installer));
+        QStringList shown;
+        then([&]() {
+            if (dialog.windowTitle() != "Installing")
+                return false;
+            const auto *bar = dialog.findChild<QProgressBar *>("progressBar");
+            shown << dialog.findChild<QLabel *>("captionLabel")->text()
+                  << QString("%1-%2").arg(bar->minimum()).arg(bar->maximum())
+                  << QString::number(dialog.findChild<QToolButton *>("cancelButton")->isVisible());
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+            dialog.reject();
+            QMetaObject::invokeMethod(&dialog, "close", Qt::QueuedConnection);
+            return true;
+        });
+        answerBox(QMessageBox::No);
+        then([&]() {
+            shown << QString::number(dialog.isVisible()) << QString::number(QFile::exists(marker()));
+            return TestFiles::write(go, "");
+        });
+        QCOMPARE(dialog.exec(), 1);
+        QCOMPARE(shown, (QStringList { "Installing release ver 2.2.01...", "0-0", "0", "1", "0" }));
+        QCOMPARE(m_boxes,
+            QStringList { "Confirm: The installer of release ver 2.2.01 is still running.\n\n"
+                          "Close Zanmir Launcher and leave it running?" });
+        QVERIFY(QFile::exists(marker()));
+        QVERIFY(!m_launcher->isClosing());
+        QVERIFY(m_steps.isEmpty());
     }
 
     void untrustedInstaller_data()
@@ -380,10 +425,23 @@ private slots:
         status->setText(progress);
         if (status->heightForWidth(status->width()) > status->height())
             clipped.append(progress);
+        // The programs' stages, with the longest names the records give.
+        for (const char *text : { "The installer runs in a window of its own; this one closes when it has ended.",
+                 "The uninstaller runs in a window of its own; this one closes when it has ended." }) {
+            status->setText(DownloadTexts::tr(text));
+            if (status->heightForWidth(status->width()) > status->height())
+                clipped.append(status->text());
+        }
         auto *caption = dialog.findChild<QLabel *>("captionLabel");
-        caption->setText(DownloadTexts::tr("The download failed."));
-        for (QWidget *widget : { static_cast<QWidget *>(caption), dialog.findChild<QWidget *>("retryButton"),
-                 dialog.findChild<QWidget *>("cancelButton") }) {
+        for (const QString &text : { DownloadTexts::tr("The download failed."),
+                 DownloadTexts::tr("Installing %1 ver %2...").arg("Vorlix Zanmir Editor", "2.10.100d"),
+                 DownloadTexts::tr("Uninstalling %1 ver %2...").arg("Vorlix Zanmir Editor", "2.10.100d") }) {
+            caption->setText(text);
+            if (caption->heightForWidth(caption->width()) > caption->height())
+                clipped.append(text);
+        }
+        for (QWidget *widget :
+            { dialog.findChild<QWidget *>("retryButton"), dialog.findChild<QWidget *>("cancelButton") }) {
             if (widget->sizeHint().width() > widget->width())
                 clipped.append(widget->objectName());
         }

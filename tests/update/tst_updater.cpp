@@ -138,28 +138,35 @@ private slots:
         QTest::addColumn<QString>("program"); // the file's text; none: no file
         QTest::addColumn<bool>("wait");
         QTest::addColumn<bool>("uninstaller"); // through openUninstallerFile, which logs
+        QTest::addColumn<bool>("goWhileWaiting"); // else only after the call
         QTest::addColumn<QString>("error"); // %1 the path; empty when it starts
-        // The program leaves its mark half a second after "go" exists. For a
-        // call that waits, "go" is there from the start, so the mark is there
-        // when the call returns; for one that does not, the test makes it only
-        // after the call, so the mark cannot be there yet. (A call that wrongly
-        // waited would wait for ever: the program gives up after a minute.)
-        const QString script = "#!/bin/sh\nfor i in $(seq 1200); do [ -e \"$HOME/go\" ] && break; sleep 0.05; done\n"
-                               "sleep 0.5\necho ran >> \"$HOME/marker\"\nexit %1\n";
-        QTest::newRow("missing file") << "" << true << false << "File not found: %1";
-        QTest::newRow("waits for the end") << script.arg(0) << true << false << "";
-        QTest::newRow("does not wait") << script.arg(0) << false << false << "";
-        QTest::newRow("exits non-zero") << script.arg(3) << true << false << "";
-        QTest::newRow("uninstaller") << script.arg(0) << true << true << "";
+        // The program leaves its mark once "go" exists, and none if it gives
+        // up after a minute. The test makes "go" from a timer, which can fire
+        // during a call only if the call lets the event loop run while it
+        // waits: the mark is then there when the call returns.
+        const QString waitForGo = "for i in $(seq 1200); do [ -e \"$HOME/go\" ] && break; sleep 0.05; done\n"
+                                  "[ -e \"$HOME/go\" ] && echo ran >> \"$HOME/marker\"\n";
+        const QString script = "#!/bin/sh\n" + waitForGo + "exit %1\n";
+        // clang-format off
+        QTest::newRow("missing file") << "" << true << false << false << "File not found: %1";
+        QTest::newRow("waits for the end") << script.arg(0) << true << false << true << "";
+        QTest::newRow("does not wait") << script.arg(0) << false << false << false << "";
+        QTest::newRow("exits non-zero") << script.arg(3) << true << false << true << "";
+        QTest::newRow("uninstaller") << script.arg(0) << true << true << true << "";
+        // The wait ends with the program started, though its child goes on.
+        QTest::newRow("hands over to a child and exits") << "#!/bin/sh\n(\n" + waitForGo + ") &\nexit 0\n" << true << false << false << "";
+        // clang-format on
     }
 
     // A file arrives without the execute bit and starts all the same; the
-    // wait covers the program's run, and its exit code plays no part.
+    // wait covers the program's run, the event loop running on, and its exit
+    // code plays no part.
     void run()
     {
         QFETCH(QString, program);
         QFETCH(bool, wait);
         QFETCH(bool, uninstaller);
+        QFETCH(bool, goWhileWaiting);
         QFETCH(QString, error);
         const QString path = downloads() + "/setup.exe";
         const QString marker = m_profile.root() + "/home/marker", go = m_profile.root() + "/home/go";
@@ -170,8 +177,8 @@ private slots:
             QVERIFY(TestFiles::write(path, program.toUtf8()));
             QVERIFY(QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner));
         }
-        if (wait)
-            QVERIFY(TestFiles::write(go, ""));
+        if (goWhileWaiting)
+            QTimer::singleShot(0, this, [&go]() { TestFiles::write(go, ""); });
 
         const bool started
             = uninstaller ? m_updater->openUninstallerFile(path, wait) : m_updater->openExecutableFile(path, wait);
@@ -185,9 +192,45 @@ private slots:
             return;
         }
         QVERIFY(QFile::permissions(path) & QFileDevice::ExeOwner);
-        QCOMPARE(QFile::exists(marker), wait);
+        QCOMPARE(QFile::exists(marker), goWhileWaiting);
         QVERIFY(TestFiles::write(go, ""));
         QVERIFY(QTest::qWaitFor([&]() { return QFile::exists(marker); }, 5000));
+    }
+
+    void uninstallCommand_data()
+    {
+        QTest::addColumn<QString>("command"); // %1: the uninstaller, in a folder with a blank in its name
+        QTest::addColumn<QString>("arguments"); // as the program got them, each in brackets; or the error
+        // clang-format off
+        QTest::newRow("path alone, unquoted") << "%1" << "";
+        QTest::newRow("quoted, with arguments") << "\"%1\" /S --mode=quiet" << "[/S][--mode=quiet]";
+        QTest::newRow("argument with blanks") << "\"%1\"  \"C:\\Program Files\\Vorlix\"  /x" << "[C:\\Program Files\\Vorlix][/x]";
+        QTest::newRow("three quotes are one") << "\"%1\" \"say \"\"\"hi\"\"\"\"" << "[say \"hi\"]";
+        QTest::newRow("empty quotes") << "\"%1\" \"\" /S" << "[/S]";
+        QTest::newRow("unbalanced") << "\"%1\" \"/S" << "Unbalanced quotes in the command: [\"%1\" \"/S]";
+        QTest::newRow("unquoted path with arguments") << "%1 /S" << "File not found: " + m_profile.root() + "/home/un";
+        QTest::newRow("blank") << "  " << "No program in the command: [  ]";
+        // clang-format on
+    }
+
+    // Uninstall commands as installers record them: a quoted program and its
+    // arguments. What cannot be read starts nothing.
+    void uninstallCommand()
+    {
+        QFETCH(QString, command);
+        QFETCH(QString, arguments);
+        const QString program = m_profile.root() + "/home/un install/uninstall";
+        const QString marker = m_profile.root() + "/home/arguments";
+        QFile::remove(marker);
+        QVERIFY(QDir().mkpath(QFileInfo(program).path()));
+        QVERIFY(TestFiles::write(
+            program, "#!/bin/sh\nfor a in \"$@\"; do printf '[%s]' \"$a\"; done > \"$HOME/arguments\"\n"));
+        command.replace("%1", program);
+        arguments.replace("%1", program);
+        const bool started = m_updater->openUninstallerFile(command, true);
+        QCOMPARE(started ? QString::fromUtf8(TestFiles::read(marker)) : m_updater->getErrorText(), arguments);
+        QCOMPARE(QFile::exists(marker), started);
+        QVERIFY(m_log.last().startsWith("ApplUpdater::openUninstallerFile: "));
     }
 };
 

@@ -10,9 +10,11 @@
 namespace {
 
 // The notice band above the rows fits its text: two lines for "no editor",
-// one for a newer series on offer.
+// one for a newer series on offer, and one more below either for the note of
+// what the last package flow changed.
 const int kNoEditorNoticeHeight = 70;
 const int kRecentVersionNoticeHeight = 40;
+const int kChangeNoteHeight = 30;
 
 } // namespace
 
@@ -38,6 +40,8 @@ void InstalledEditorWidget::setProcessLauncher(ProcessLauncher *launcher)
         m_launcher->getApplInfo(), SIGNAL(signalPinnedVersionInfoUpdated()), this, SLOT(pinnedVersionInfoUpdated()));
     connect(m_launcher->getScreenInfo(), SIGNAL(signalRefreshButtonClicked()), this, SLOT(refreshButtonClicked()));
     connect(m_launcher->getScreenInfo(), SIGNAL(signalInstallationConfirmed()), this, SLOT(installationConfirmed()));
+    connect(
+        m_launcher->getScreenInfo(), SIGNAL(signalInstallationNoted(QString)), this, SLOT(installationNoted(QString)));
     ui->editorInstallWidget->setProcessLauncher(m_launcher);
 }
 
@@ -124,6 +128,12 @@ void InstalledEditorWidget::showNotice(bool recentVersionFound, const ApplUpdate
         ui->labelNoEditor->hide();
         ui->labelRecentVersion->hide();
     }
+    ui->labelChangeNote->setText(m_note);
+    ui->labelChangeNote->setVisible(!m_note.isEmpty());
+    if (!m_note.isEmpty()) {
+        ui->labelChangeNote->move(0, height);
+        height += kChangeNoteHeight;
+    }
     ui->contentsFrame->setMinimumHeight(height);
     ui->contentsFrame->setMaximumHeight(height);
 }
@@ -153,4 +163,9 @@ void InstalledEditorWidget::refreshButtonClicked()
 void InstalledEditorWidget::installationConfirmed()
 {
     rebuildRows();
+}
+
+void InstalledEditorWidget::installationNoted(const QString &note)
+{
+    m_note = note;
 }

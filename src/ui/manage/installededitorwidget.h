@@ -40,6 +40,9 @@ public slots:
     void pinnedVersionInfoUpdated();
     void refreshButtonClicked();
     void installationConfirmed();
+    // What the last package flow changed, shown under the notice until the
+    // next flow tells its own.
+    void installationNoted(const QString &note);
 
 private:
     void makeRows(const QList<EditorInfo> &editors);
@@ -48,6 +51,7 @@ private:
     Ui::InstalledEditorWidget *ui;
     ProcessLauncher *m_launcher = nullptr;
     QList<VersionDescWidget *> m_rows;
+    QString m_note;
 };
 
 #endif // INSTALLEDEDITORWIDGET_H

@@ -4,6 +4,7 @@
 #include "elidedlabel.h"
 #include "packagemanager.h"
 #include "processlauncher.h"
+#include "refreshhold.h"
 
 #include <QButtonGroup>
 #include <QCursor>
@@ -58,6 +59,9 @@ void VersionDescWidget::mousePressEvent(QMouseEvent *event)
     if (dx > 200 || dy > 100)
         return;
 
+    // The flows that the menu starts run inside its loop, this row's slot
+    // included: nothing may rebuild the rows meanwhile.
+    const RefreshHold hold(m_launcher);
     QMenu menu;
     const auto addEntry = [this, &menu](const QString &text, const char *slot) {
         auto *action = new QAction(text, this);

@@ -39,6 +39,12 @@ void DownloadDialog::setProcessLauncher(ProcessLauncher *launcher)
     connect(ui->retryButton, SIGNAL(clicked()), this, SLOT(retryClicked()));
 }
 
+void DownloadDialog::setPackage(const QString &applName, const QString &version)
+{
+    m_applName = applName;
+    m_version = version;
+}
+
 bool DownloadDialog::startDownload(const QString &url, const QString &fileName)
 {
     m_url = url;
@@ -51,12 +57,7 @@ bool DownloadDialog::startTransfer()
     ApplUpdater *updater = m_launcher->getApplUpdater();
     // The one refusal before a download: an installer that nothing could vouch for.
     if (!updater->startDownload(m_url, m_fileName)) {
-        QMessageBox::critical(this, tr("Error"),
-            tr("The installer was not downloaded: it, or the update catalogue that names it, comes over an "
-               "unencrypted connection (plain http), and the catalogue gives no checksum to show that it is the "
-               "maker's file.\n\n%1")
-                .arg(updater->getErrorText()),
-            QMessageBox::Ok);
+        QMessageBox::critical(this, tr("Error"), DownloadTexts::refusal(updater->getErrorText()), QMessageBox::Ok);
         return false;
     }
     m_launcher->writeLog(QStringLiteral("DownloadDialog:: Download started: %1").arg(m_url));
@@ -80,6 +81,7 @@ void DownloadDialog::listenToUpdater(bool listen)
 
 void DownloadDialog::showStage(Stage stage)
 {
+    m_stage = stage;
     switch (stage) {
     case Stage::Downloading:
         ui->captionLabel->setText(tr("Now downloading..."));
@@ -93,7 +95,24 @@ void DownloadDialog::showStage(Stage stage)
             ui->progressBar->setMaximum(kBarSteps);
         ui->retryButton->show();
         break;
+    case Stage::Installing:
+        setWindowTitle(tr("Installing"));
+        ui->captionLabel->setText(tr("Installing %1 ver %2...").arg(m_applName, m_version));
+        ui->statusLabel->setText(tr("The installer runs in a window of its own; this one closes when it has ended."));
+        break;
+    case Stage::Uninstalling:
+        setWindowTitle(tr("Uninstalling"));
+        ui->captionLabel->setText(tr("Uninstalling %1 ver %2...").arg(m_applName, m_version));
+        ui->statusLabel->setText(tr("The uninstaller runs in a window of its own; this one closes when it has ended."));
+        break;
     }
+    // How long a program runs nobody can tell, and nobody can stop it from here.
+    const bool programRuns = stage == Stage::Installing || stage == Stage::Uninstalling;
+    if (programRuns) {
+        ui->progressBar->setRange(0, 0);
+        ui->retryButton->hide();
+    }
+    ui->cancelButton->setVisible(!programRuns);
 }
 
 void DownloadDialog::updateProgress(qint64 bytesRead, qint64 totalBytes)
@@ -123,13 +142,51 @@ void DownloadDialog::downloadFinished(const QString &message, bool b)
         QMessageBox::critical(this, tr("Error"), cause, QMessageBox::Ok);
         return;
     }
-    // With the wait flag the whole program stops here until the file has ended.
-    if (!updater->openDownloadFile(m_wait)) {
+    // A launcher that is closing starts nothing more.
+    if (m_launcher->isClosing()) {
+        reject();
+        return;
+    }
+    if (m_wait)
+        showStage(Stage::Installing);
+    m_programRunning = m_wait;
+    const bool opened = updater->openDownloadFile(m_wait);
+    m_programRunning = false;
+    if (!opened) {
+        // Left running as the launcher closes: every loop ends, this one too.
+        if (updater->isLeftRunning())
+            return;
         QMessageBox::critical(this, tr("Error"), updater->getErrorText(), QMessageBox::Ok);
         reject();
         return;
     }
     accept();
+}
+
+bool DownloadDialog::runUninstaller(const QString &command)
+{
+    showStage(Stage::Uninstalling);
+    setWindowModality(Qt::ApplicationModal);
+    show();
+    m_programRunning = true;
+    const bool opened = m_launcher->getApplUpdater()->openUninstallerFile(command, true);
+    m_programRunning = false;
+    hide();
+    return opened;
+}
+
+void DownloadDialog::offerToClose()
+{
+    const QString running = m_stage == Stage::Uninstalling
+        ? tr("The uninstaller of %1 ver %2 is still running.").arg(m_applName, m_version)
+        : tr("The installer of %1 ver %2 is still running.").arg(m_applName, m_version);
+    if (QMessageBox::question(this, tr("Confirm"),
+            running + QStringLiteral("\n\n") + tr("Close Zanmir Launcher and leave it running?"),
+            QMessageBox::Yes | QMessageBox::No)
+        == QMessageBox::No)
+        return;
+    m_launcher->writeLog(QStringLiteral("DownloadDialog::closed(): the launcher closes; the program goes on"));
+    m_launcher->closeLauncher();
 }
 
 void DownloadDialog::retryClicked()
@@ -149,6 +206,11 @@ void DownloadDialog::cancelClicked()
 
 void DownloadDialog::closeEvent(QCloseEvent *event)
 {
+    if (m_programRunning) {
+        event->ignore();
+        offerToClose();
+        return;
+    }
     m_launcher->getApplUpdater()->cancelDownload();
     m_launcher->writeLog(QStringLiteral("DownloadDialog::closed()"));
     reject();
@@ -157,10 +219,18 @@ void DownloadDialog::closeEvent(QCloseEvent *event)
 
 void DownloadDialog::keyPressEvent(QKeyEvent *event)
 {
-    // Escape would reject the dialog and leave the download running.
+    // Escape would reject the dialog and leave the download running; while a
+    // program runs there is nothing to cancel.
     if (event->key() == Qt::Key_Escape) {
-        cancelClicked();
+        if (!m_programRunning)
+            cancelClicked();
         return;
     }
     QDialog::keyPressEvent(event);
+}
+
+void DownloadDialog::done(int result)
+{
+    if (!m_programRunning)
+        QDialog::done(result);
 }

@@ -108,3 +108,11 @@ QString DownloadTexts::failure(const DownloadFailure &failure)
     }
     return tr("The download failed: %1").arg(failure.detail);
 }
+
+QString DownloadTexts::refusal(const QString &reason)
+{
+    return tr("The installer was not downloaded: it, or the update catalogue that names it, comes over an "
+              "unencrypted connection (plain http), and the catalogue gives no checksum to show that it is the "
+              "maker's file.\n\n%1")
+        .arg(reason);
+}

@@ -24,6 +24,8 @@ public:
     // Why a download stopped, for a user: the cause, with the figures that
     // tell where it stood.
     static QString failure(const DownloadFailure &failure);
+    // Why an installer is not fetched at all, with the updater's reason.
+    static QString refusal(const QString &reason);
 };
 
 #endif // DOWNLOADTEXTS_H

@@ -4,6 +4,7 @@
 #include "applinfo.h"
 #include "applupdater.h"
 #include "downloaddialog.h"
+#include "downloadtexts.h"
 #include "processlauncher.h"
 #include "stylesheet.h"
 
@@ -45,7 +46,17 @@ void LauncherUpdateWidget::setProcessLauncher(ProcessLauncher *launcher)
 
 void LauncherUpdateWidget::clicked()
 {
-    const ApplUpdateInfo latest = m_launcher->getApplUpdater()->findLatestFor(QStringLiteral("launcher"));
+    ApplUpdater *updater = m_launcher->getApplUpdater();
+    const ApplUpdateInfo latest = updater->findLatestFor(QStringLiteral("launcher"));
+    const QString target = m_launcher->getTargetSystemName();
+    const QString fileName = latest.getFileName(target);
+    const QString url = m_launcher->getWebUrl(QStringLiteral("launcher_installer_web"), latest.getUrl(target));
+    // Refused before the user is asked to confirm a download that cannot be.
+    if (!updater->checkInstallerSource(url, fileName)) {
+        m_launcher->writeLog(QStringLiteral("LauncherUpdateWidget::clicked: %1").arg(updater->getErrorText()));
+        QMessageBox::critical(this, tr("Error"), DownloadTexts::refusal(updater->getErrorText()), QMessageBox::Ok);
+        return;
+    }
     if (QMessageBox::question(this, tr("Confirm"),
             tr("Are you sure to download installer for %1 ver %2?").arg(tr("Launcher"), latest.getDisplayVersion()),
             QMessageBox::Yes | QMessageBox::No)
@@ -53,18 +64,10 @@ void LauncherUpdateWidget::clicked()
         return;
 
     // The installer is started and not waited for: it replaces this program.
-    DownloadDialog *dialog = new DownloadDialog(false, this);
-    dialog->setProcessLauncher(m_launcher);
-    const QString target = m_launcher->getTargetSystemName();
-    const QString fileName = latest.getFileName(target);
-    const QString url = m_launcher->getWebUrl(QStringLiteral("launcher_installer_web"), latest.getUrl(target));
-    if (!dialog->startDownload(url, fileName)) {
-        delete dialog;
-        return;
-    }
-    if (dialog->exec() != 0)
+    DownloadDialog dialog(false, this);
+    dialog.setProcessLauncher(m_launcher);
+    if (dialog.startDownload(url, fileName) && dialog.exec() != 0)
         std::exit(0); // at once, with the installer running: nothing on the stack is destroyed
-    delete dialog;
 }
 
 void LauncherUpdateWidget::cancelClicked()

@@ -30,11 +30,11 @@ void UpdateHistoryWidget::setDialogMode(
     m_version = version;
     ui->historyBrowser->setUrl(url);
 
-    if (mode == 1) {
+    if (mode == UpdateMode) {
         setWindowTitle(tr("Update editor (%1)").arg(version));
         ui->executeButton->setText(tr("update"));
         ui->closeButton->setText(tr("cancel"));
-    } else if (mode == 2) {
+    } else if (mode == InstallMode) {
         setWindowTitle(tr("Install editor (%1)").arg(version));
         ui->executeButton->setText(tr("install"));
         ui->closeButton->setText(tr("cancel"));

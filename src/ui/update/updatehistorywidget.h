@@ -10,6 +10,10 @@ namespace Ui {
 class UpdateHistoryWidget;
 }
 
+// What the history dialog is opened for; the numbers are the ones the
+// dialog takes, any other number being show only.
+enum HistoryMode { UpdateMode = 1, InstallMode = 2, ShowOnlyMode = 3 };
+
 // The release notes of the editor beside the decision to update or install
 // it, or, in show-only mode, just the notes. Accepted only after the user
 // has confirmed.
@@ -22,7 +26,7 @@ public:
     ~UpdateHistoryWidget() override;
 
     void setProcessLauncher(ProcessLauncher *launcher);
-    // 1 update, 2 install, anything else show only.
+    // A HistoryMode.
     void setDialogMode(int mode, const QString &applicationName, const QString &version, const QString &url);
 
 public slots:
