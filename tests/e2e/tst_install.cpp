@@ -70,10 +70,12 @@ private slots:
             (QStringList { "bin/ZanmirLauncher", "lib/zanmir-launcher/zanmir-launcher-ui.so",
                 "share/applications/zanmir-launcher.desktop", "share/doc/zanmir-launcher/changelog.gz",
                 "share/doc/zanmir-launcher/copyright", "share/icons/hicolor/256x256/apps/zanmir-launcher.png",
-                "share/man/man1/ZanmirLauncher.1.gz", "share/metainfo/example.zanmir.launcher.metainfo.xml",
-                "share/mime/packages/zanmir-launcher.xml", "share/zanmir-launcher/UninstallRecords.ini" }));
+                "share/icons/hicolor/256x256@2/apps/zanmir-launcher.png", "share/man/man1/ZanmirLauncher.1.gz",
+                "share/metainfo/example.zanmir.launcher.metainfo.xml", "share/mime/packages/zanmir-launcher.xml",
+                "share/zanmir-launcher/UninstallRecords.ini" }));
         QVERIFY(QFileInfo(m_prefix.path() + "/bin/ZanmirLauncher").isExecutable());
         QCOMPARE(QImage(share("icons/hicolor/256x256/apps/zanmir-launcher.png")).size(), QSize(256, 256));
+        QCOMPARE(QImage(share("icons/hicolor/256x256@2/apps/zanmir-launcher.png")).size(), QSize(512, 512));
         for (const QStringList &validate :
             { QStringList { "desktop-file-validate", share("applications/zanmir-launcher.desktop") },
                 QStringList { "appstreamcli", "validate", "--no-net", "--no-color",
