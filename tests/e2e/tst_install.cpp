@@ -72,8 +72,9 @@ private slots:
                 "share/doc/zanmir-launcher/changelog.gz", "share/doc/zanmir-launcher/copyright",
                 "share/icons/hicolor/256x256/apps/zanmir-launcher.png",
                 "share/icons/hicolor/256x256@2/apps/zanmir-launcher.png", "share/man/man1/ZanmirLauncher.1.gz",
-                "share/metainfo/example.zanmir.launcher.metainfo.xml", "share/mime/packages/zanmir-launcher.xml",
-                "share/thumbnailers/zanmir-launcher.thumbnailer", "share/zanmir-launcher/UninstallRecords.ini" }));
+                "share/man/man1/zanmir-thumbnailer.1.gz", "share/metainfo/example.zanmir.launcher.metainfo.xml",
+                "share/mime/packages/zanmir-launcher.xml", "share/thumbnailers/zanmir-launcher.thumbnailer",
+                "share/zanmir-launcher/UninstallRecords.ini" }));
         QVERIFY(QFileInfo(m_prefix.path() + "/bin/ZanmirLauncher").isExecutable());
         QCOMPARE(QImage(share("icons/hicolor/256x256/apps/zanmir-launcher.png")).size(), QSize(256, 256));
         QCOMPARE(QImage(share("icons/hicolor/256x256@2/apps/zanmir-launcher.png")).size(), QSize(512, 512));
