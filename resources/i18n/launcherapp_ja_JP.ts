@@ -25,6 +25,10 @@ Please install the editor of the displayed version again.</source>
 
 表示されたバージョンのエディタを再インストールしてください。</translation>
     </message>
+    <message>
+        <source>Start %1 %2</source>
+        <translation>%1 %2 を起動</translation>
+    </message>
 </context>
 <context>
     <name>DownloadDialog</name>
@@ -224,6 +228,30 @@ Please install the editor of the displayed version again.</source>
     <message>
         <source>Recent used projects:</source>
         <translation>最近使ったプロジェクト:</translation>
+    </message>
+    <message>
+        <source>Open a project file in the editor that fits it (Ctrl+O)</source>
+        <translation>プロジェクトファイルを対応するエディタで開きます (Ctrl+O)</translation>
+    </message>
+    <message>
+        <source>Open project...</source>
+        <translation>プロジェクトを開く...</translation>
+    </message>
+    <message>
+        <source>Ctrl+O</source>
+        <translation>Ctrl+O</translation>
+    </message>
+    <message>
+        <source>Show only the projects whose file name or folder holds this text (Ctrl+F; Escape clears it)</source>
+        <translation>ファイル名またはフォルダにこの文字列を含むプロジェクトだけを表示します (Ctrl+F、Esc で消去)</translation>
+    </message>
+    <message>
+        <source>Filter recent projects</source>
+        <translation>最近使ったプロジェクトを絞り込む</translation>
+    </message>
+    <message>
+        <source>Filter by name or folder</source>
+        <translation>名前またはフォルダで絞り込み</translation>
     </message>
 </context>
 <context>
@@ -609,6 +637,17 @@ Please confirm the file is not corrupted.</source>
     </message>
 </context>
 <context>
+    <name>ProjectOpener</name>
+    <message>
+        <source>Open project</source>
+        <translation>プロジェクトを開く</translation>
+    </message>
+    <message>
+        <source>Zanmir projects (*.zmr *.xml)</source>
+        <translation>Zanmir プロジェクト (*.zmr *.xml)</translation>
+    </message>
+</context>
+<context>
     <name>RecentUsedWidget</name>
     <message>
         <source>RecentUsedWidget</source>
@@ -637,6 +676,56 @@ Please install the editor of the displayed version again.</source>
     <message>
         <source>Failed to launch %1</source>
         <translation>%1 を起動できませんでした</translation>
+    </message>
+    <message>
+        <source>Recent projects</source>
+        <translation>最近使ったプロジェクト</translation>
+    </message>
+    <message>
+        <source>No recent project matches &quot;%1&quot;.</source>
+        <translation>「%1」に一致する最近使ったプロジェクトはありません。</translation>
+    </message>
+    <message>
+        <source>%1, last opened %2, version %3</source>
+        <translation>%1、最終使用 %2、バージョン %3</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>開く</translation>
+    </message>
+    <message>
+        <source>Open with</source>
+        <translation>バージョンを指定して開く</translation>
+    </message>
+    <message>
+        <source>Show in folder</source>
+        <translation>フォルダに表示</translation>
+    </message>
+    <message>
+        <source>Copy path</source>
+        <translation>パスをコピー</translation>
+    </message>
+    <message>
+        <source>Remove from list</source>
+        <translation>一覧から削除</translation>
+    </message>
+    <message>
+        <source>The folder could not be shown:
+%1</source>
+        <translation>フォルダを表示できませんでした:
+%1</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>確認</translation>
+    </message>
+    <message>
+        <source>Remove %1 from the recent projects?
+
+The project file itself stays where it is.</source>
+        <translation>%1 を最近使ったプロジェクトから削除しますか?
+
+プロジェクトファイル自体はそのまま残ります。</translation>
     </message>
 </context>
 <context>

@@ -67,6 +67,12 @@ int main(int argc, char *argv[])
     if (request != ConsoleOptions::Request::None)
         return ConsoleOptions::answer(request);
 
+    // Sharp on a screen scaled beyond 100 %: sizes count in device-independent
+    // pixels, and icons take their "@2x" pictures where the screen has the
+    // pixels. Both must be set before the application object exists.
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+
     // The translator outlives the application object that uses it.
     QTranslator translator;
     int result = 0;

@@ -23,6 +23,7 @@ class OfflineFileInfo;
 class OfflineFileManager;
 class QLockFile;
 class QTranslator;
+class QWidget;
 class Registry;
 class ScreenInfo;
 
@@ -45,6 +46,23 @@ public:
     bool detectWhetherOpenWithFiles();
     // True when another launcher window holds the lock.
     bool lockManagerFile(QLockFile &lock);
+
+    // --- Opening a project ----------------------------------------------------
+    enum class ProjectStart { Started, Refused, StartFailed };
+    // Opens a project as a double click in the file manager does, whether it
+    // comes from there, a file dialog or a drop: the default version when
+    // one is chosen, else the installed one that fits the version that saved
+    // the project; a box for a file that cannot be opened so (Refused), none
+    // when the editor does not start (StartFailed); a history entry once it
+    // has started. The boxes belong to the parent, none for the windowless
+    // run. The editor chosen is handed out whenever it was found.
+    ProjectStart openProjectFile(
+        const QString &filePath, QWidget *parent = nullptr, EditorInfo *chosenEditor = nullptr);
+    // False, after the box for an unsupported file, when the suffix names no
+    // project form.
+    bool acceptProjectFile(const QString &filePath, QWidget *parent = nullptr);
+    // The box for files that are no project, a path a line.
+    void refuseUnsupportedFiles(const QStringList &filePaths, QWidget *parent = nullptr);
 
     bool readApplInfo(bool testMode);
     bool readRegistry();

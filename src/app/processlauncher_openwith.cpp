@@ -10,10 +10,14 @@
 #include <QLockFile>
 #include <QMessageBox>
 
-static void showCritical(const QString &text)
+namespace {
+
+void showCritical(QWidget *parent, const QString &text)
 {
-    QMessageBox::critical(nullptr, ProcessLauncher::tr("Error"), text, QMessageBox::Ok, QMessageBox::NoButton);
+    QMessageBox::critical(parent, ProcessLauncher::tr("Error"), text, QMessageBox::Ok, QMessageBox::NoButton);
 }
+
+} // namespace
 
 bool ProcessLauncher::detectWhetherOpenWithFiles()
 {
@@ -25,10 +29,30 @@ bool ProcessLauncher::detectWhetherOpenWithFiles()
     if (m_openFilePath.isEmpty())
         return false;
 
-    if (EditorDocManager::documentKind(m_openFilePath) >= 2) {
-        showCritical(tr("This file has unsupported extension.\n%1").arg(m_openFilePath));
+    // A box shown for a file it cannot open still ends the process with 0.
+    if (openProjectFile(m_openFilePath) == ProjectStart::StartFailed)
+        m_exitStatus = 1;
+    return true;
+}
+
+bool ProcessLauncher::acceptProjectFile(const QString &filePath, QWidget *parent)
+{
+    if (EditorDocManager::documentKind(filePath) != EditorDocManager::UnsupportedDocument)
         return true;
-    }
+    refuseUnsupportedFiles({ filePath }, parent);
+    return false;
+}
+
+void ProcessLauncher::refuseUnsupportedFiles(const QStringList &filePaths, QWidget *parent)
+{
+    showCritical(parent, tr("This file has unsupported extension.\n%1").arg(filePaths.join(QLatin1Char('\n'))));
+}
+
+ProcessLauncher::ProjectStart ProcessLauncher::openProjectFile(
+    const QString &filePath, QWidget *parent, EditorInfo *chosenEditor)
+{
+    if (!acceptProjectFile(filePath, parent))
+        return ProjectStart::Refused;
 
     EditorInfo editor;
     if (m_applInfo->hasSelectedVersion()) {
@@ -36,33 +60,35 @@ bool ProcessLauncher::detectWhetherOpenWithFiles()
         // and there is no fall-back to another installed version.
         editor = m_registry->findVersion(m_applInfo->getSelectedVersion());
         if (editor.isEmpty()) {
-            showCritical(tr("Failed to launch default editor.\nPlease launch Zanmir Launcher, and confirm the "
-                            "installation by 'Manage Zanmir Editor'."));
-            return true;
+            showCritical(parent,
+                tr("Failed to launch default editor.\nPlease launch Zanmir Launcher, and confirm the "
+                   "installation by 'Manage Zanmir Editor'."));
+            return ProjectStart::Refused;
         }
     } else {
-        EditorDocManager document(this, m_openFilePath);
+        EditorDocManager document(this, filePath);
         document.createDocument();
         EditorInfo saved;
         if (!document.getEditorInfo(saved, QDateTime())) {
-            showCritical(tr("Failed to open project file.\n\nPlease confirm the file is not corrupted."));
-            return true;
+            showCritical(parent, tr("Failed to open project file.\n\nPlease confirm the file is not corrupted."));
+            return ProjectStart::Refused;
         }
         editor = m_registry->findVersionForDocument(saved);
         if (editor.isEmpty()) {
-            showCritical(tr("Failed to launch editor.\nPlease launch Zanmir Launcher, and confirm the installation "
-                            "by 'Manage Zanmir Editor'."));
-            return true;
+            showCritical(parent,
+                tr("Failed to launch editor.\nPlease launch Zanmir Launcher, and confirm the installation "
+                   "by 'Manage Zanmir Editor'."));
+            return ProjectStart::Refused;
         }
     }
 
-    if (openFileByApplication(m_openFilePath, editor.getPath())) {
-        // A failed save of the recent-project list changes nothing the user sees.
-        addHistoryAfterLaunch(editor, m_openFilePath);
-    } else {
-        m_exitStatus = 1;
-    }
-    return true;
+    if (chosenEditor)
+        *chosenEditor = editor;
+    if (!openFileByApplication(filePath, editor.getPath()))
+        return ProjectStart::StartFailed;
+    // A failed save of the recent-project list changes nothing the user sees.
+    addHistoryAfterLaunch(editor, filePath);
+    return ProjectStart::Started;
 }
 
 bool ProcessLauncher::lockManagerFile(QLockFile &lock)

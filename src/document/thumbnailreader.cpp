@@ -75,8 +75,13 @@ bool ThumbnailReader::readThumbnail(const QString &path, const QSize &size, Thum
     // No parent: the manager lives on this thread, not on the launcher's.
     EditorDocManager document(nullptr, path);
     QImage loaded;
-    if (document.createDocument() && document.getThumbnail(loaded))
+    if (document.createDocument() && document.getThumbnail(loaded)) {
+        // Smooth scaling works on premultiplied pixels; converted in place
+        // here, the largest picture is held once, not twice.
+        if (loaded.format() == QImage::Format_ARGB32)
+            loaded = std::move(loaded).convertToFormat(QImage::Format_ARGB32_Premultiplied);
         picture = loaded.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    }
     if (cache)
         cache->store(stamp, picture);
     return !picture.isNull();

@@ -68,12 +68,16 @@ private slots:
         installed.sort();
         QCOMPARE(installed,
             (QStringList { "bin/ZanmirLauncher", "lib/zanmir-launcher/zanmir-launcher-ui.so",
-                "share/applications/zanmir-launcher.desktop", "share/doc/zanmir-launcher/changelog.gz",
-                "share/doc/zanmir-launcher/copyright", "share/icons/hicolor/256x256/apps/zanmir-launcher.png",
-                "share/man/man1/ZanmirLauncher.1.gz", "share/metainfo/example.zanmir.launcher.metainfo.xml",
-                "share/mime/packages/zanmir-launcher.xml", "share/zanmir-launcher/UninstallRecords.ini" }));
+                "libexec/zanmir-thumbnailer", "share/applications/zanmir-launcher.desktop",
+                "share/doc/zanmir-launcher/changelog.gz", "share/doc/zanmir-launcher/copyright",
+                "share/icons/hicolor/256x256/apps/zanmir-launcher.png",
+                "share/icons/hicolor/256x256@2/apps/zanmir-launcher.png", "share/man/man1/ZanmirLauncher.1.gz",
+                "share/man/man1/zanmir-thumbnailer.1.gz", "share/metainfo/example.zanmir.launcher.metainfo.xml",
+                "share/mime/packages/zanmir-launcher.xml", "share/thumbnailers/zanmir-launcher.thumbnailer",
+                "share/zanmir-launcher/UninstallRecords.ini" }));
         QVERIFY(QFileInfo(m_prefix.path() + "/bin/ZanmirLauncher").isExecutable());
         QCOMPARE(QImage(share("icons/hicolor/256x256/apps/zanmir-launcher.png")).size(), QSize(256, 256));
+        QCOMPARE(QImage(share("icons/hicolor/256x256@2/apps/zanmir-launcher.png")).size(), QSize(512, 512));
         for (const QStringList &validate :
             { QStringList { "desktop-file-validate", share("applications/zanmir-launcher.desktop") },
                 QStringList { "appstreamcli", "validate", "--no-net", "--no-color",
@@ -94,6 +98,37 @@ private slots:
                      "EditorLaunch::getLauncherVersion: Current launcher Version " ZANMIR_VERSION ": " + m_prefix.path()
                      + "/bin/ZanmirLauncher\n"),
             qPrintable(m_harness->launcherLog()));
+    }
+
+    // A file manager runs the program that the thumbnailer entry names, as
+    // it names it, for either project type.
+    void thumbnailerEntry()
+    {
+        QHash<QString, QString> entry;
+        const QList<QByteArray> lines = TestFiles::read(share("thumbnailers/zanmir-launcher.thumbnailer")).split('\n');
+        QCOMPARE(lines.value(0), QByteArray("[Thumbnailer Entry]"));
+        for (const QByteArray &line : lines.mid(1)) {
+            if (!line.isEmpty())
+                entry.insert(QString::fromUtf8(line.left(line.indexOf('='))),
+                    QString::fromUtf8(line.mid(line.indexOf('=') + 1)));
+        }
+        QCOMPARE(entry.value("MimeType").split(';', Qt::SkipEmptyParts),
+            (QStringList { "application/x-zanmir-project", "application/x-zanmir-project+xml" }));
+        const QString program = entry.value("TryExec");
+        QVERIFY2(program.startsWith(m_prefix.path() + '/') && QFileInfo(program).isExecutable(), qPrintable(program));
+
+        QImage picture(300, 150, QImage::Format_ARGB32);
+        picture.fill(Qt::darkCyan);
+        const QString project = m_harness->projectPath("pictured.xml");
+        QVERIFY(SampleProject::writeProject(project, "2.1.5.0", nullptr, TestFiles::png(picture)));
+        const QString output = m_harness->projectPath("pictured.png");
+        QStringList command = entry.value("Exec").split(' ');
+        command.replaceInStrings("%i", project).replaceInStrings("%o", output).replaceInStrings("%s", "128");
+        QCOMPARE(command.first(), program);
+        int status = -1;
+        const QString said = runTool(command.first(), command.mid(1), &status);
+        QVERIFY2(status == 0, qPrintable(said));
+        QCOMPARE(QImage(output).size(), QSize(128, 64));
     }
 
     void projectTypes_data()

@@ -1,7 +1,9 @@
 #include "applinfo.h"
+#include "desktophandover.h"
 #include "homewidget.h"
 #include "launchertestmain.h"
 #include "modalanswer.h"
+#include "projectopener.h"
 #include "recentuseditem.h"
 #include "sampleproject.h"
 #include "screeninfo.h"
@@ -9,11 +11,65 @@
 #include "testfiles.h"
 #include "thumbnailreader.h"
 
+#include <QClipboard>
 #include <QJsonArray>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
+#include <QMenu>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QToolButton>
 #include <QTranslator>
+
+namespace {
+
+// Picks an entry of the menu that opens next, with the keys a user would
+// press; "Open with/2.2.01" goes through the submenu. The texts of every
+// menu passed through are kept, a menu a line.
+void pickFromMenu(const QStringList &steps, QStringList *seen, QMenu *parent = nullptr)
+{
+    QTimer::singleShot(10, [steps, seen, parent = QPointer<QMenu>(parent)]() {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        if (!menu || menu == parent) {
+            pickFromMenu(steps, seen, parent);
+            return;
+        }
+        QStringList texts;
+        QAction *chosen = nullptr;
+        for (QAction *action : menu->actions()) {
+            if (action->isSeparator())
+                continue;
+            texts.append(action->text());
+            if (!chosen && action->text().endsWith(steps.first()))
+                chosen = action;
+        }
+        seen->append(texts.join('|'));
+        if (!chosen) {
+            menu->close();
+            return;
+        }
+        menu->setActiveAction(chosen);
+        if (steps.size() > 1) {
+            QTest::keyClick(menu, Qt::Key_Right);
+            pickFromMenu(steps.mid(1), seen, menu);
+        } else {
+            QTest::keyClick(menu, Qt::Key_Return);
+        }
+    });
+}
+
+QDropEvent *dropOf(const QStringList &paths, QMimeData &data)
+{
+    QList<QUrl> urls;
+    for (const QString &path : paths)
+        urls.append(QUrl::fromLocalFile(path));
+    data.setUrls(urls);
+    return new QDropEvent(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+}
+
+} // namespace
 
 // The launch page on a real launcher: a tile per installed editor that
 // starts it, and the recent projects as cards that reopen them.
@@ -54,6 +110,37 @@ private:
     }
     QWidget *tile(int row) const { return tiles()->itemWidget(tiles()->item(row)); }
     QListView *cards() const { return m_page->findChild<QListView *>("listView"); }
+    QLineEdit *filter() const { return m_page->findChild<QLineEdit *>("lineEditFilter"); }
+    QStringList cardNames() const
+    {
+        QStringList names;
+        for (int row = 0; cards()->isVisible() && row < cards()->model()->rowCount(); ++row)
+            names.append(cards()->model()->index(row, 0).data().value<RecentUsedItem>().fileName());
+        return names;
+    }
+    // The recent list in the manager file, "file version" newest first.
+    QStringList savedHistories() const
+    {
+        QList<QPair<int, QString>> entries;
+        const QJsonValue list = TestFiles::readObject(m_profile->managerFile()).value("1.0.0")["histories"];
+        for (const QJsonValue &entry : list.toArray())
+            entries.append({ entry["serial_no"].toInt(),
+                QFileInfo(entry["openfilepath"].toString()).fileName() + ' ' + entry["version"].toString() });
+        std::sort(entries.begin(), entries.end(), [](const auto &a, const auto &b) { return a.first > b.first; });
+        QStringList texts;
+        for (const auto &entry : entries)
+            texts.append(entry.second);
+        return texts;
+    }
+    QString project(const QString &name) const { return m_profile->root() + "/projects/" + name; }
+    // Projects saved by 2.1.05, recent in the order given, the last newest.
+    void addRecent(const QStringList &names)
+    {
+        for (const QString &name : names) {
+            QVERIFY(SampleProject::writeProject(project(name), "2.1.5.0"));
+            QVERIFY(m_launcher->addHistoryAfterLaunch(EditorInfo("editor", "release", "2.1.05"), project(name)));
+        }
+    }
     QStringList editorStarts() const
     {
         QStringList starts;
@@ -101,7 +188,10 @@ private slots:
             m_launcher->deleteHistoryInfo(history);
         for (const EditorInfo &editor : m_launcher->getInstalledEditors())
             m_launcher->deletePinnedVersionInfo(editor);
+        m_launcher->unsetCurrentEditorInfo();
+        QVERIFY(m_launcher->saveLauncherState());
         QFile::remove(editorLog());
+        QVERIFY(QDir().mkpath(project(QString())));
     }
 
     void tilesFollowTheInstalledVersions()
@@ -315,6 +405,305 @@ private slots:
             QTRY_COMPARE_WITH_TIMEOUT(editorStarts(), QStringList { editorPath("2.1.05") + ' ' + tower }, 10000);
         else
             QCOMPARE(editorStarts(), QStringList());
+    }
+
+    // Each entry of a card's menu, as the user picks it; what changes goes
+    // into the manager file and is announced.
+    void cardMenu_data()
+    {
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("setup");
+        QTest::addColumn<QString>("boxes"); // the texts shown, the question answered Yes unless "answer No"
+        QTest::addColumn<QString>("started");
+        QTest::addColumn<QStringList>("after");
+        QTest::addColumn<int>("announced");
+        const QString gone = "File not found: tower.zmr\n(History will be removed)";
+        const QString remove
+            = "Remove tower.zmr from the recent projects?\n\nThe project file itself stays where it is.";
+        // clang-format off
+        QTest::newRow("open") << "Open" << "" << "" << "2.1.05" << QStringList { "tower.zmr 2.1.05", "castle.zmr 2.1.05" } << 1;
+        QTest::newRow("open with") << "Open with/2.2.01" << "" << "" << "2.2.01" << QStringList { "tower.zmr 2.2.01", "castle.zmr 2.1.05" } << 1;
+        QTest::newRow("open with, from the menu key") << "Open with/2.2.01" << "menu key" << "" << "2.2.01" << QStringList { "tower.zmr 2.2.01", "castle.zmr 2.1.05" } << 1;
+        QTest::newRow("open with, project gone") << "Open with/2.2.01" << "remove project" << gone << "" << QStringList { "castle.zmr 2.1.05" } << 1;
+        QTest::newRow("show in folder") << "Show in folder" << "" << "" << "" << QStringList { "castle.zmr 2.1.05", "tower.zmr 2.1.05" } << 0;
+        QTest::newRow("show in folder, project gone") << "Show in folder" << "remove project" << gone << "" << QStringList { "castle.zmr 2.1.05" } << 1;
+        QTest::newRow("copy path") << "Copy path" << "" << "" << "" << QStringList { "castle.zmr 2.1.05", "tower.zmr 2.1.05" } << 0;
+        QTest::newRow("remove") << "Remove from list" << "" << remove << "" << QStringList { "castle.zmr 2.1.05" } << 1;
+        QTest::newRow("remove, answered No") << "Remove from list" << "answer No" << remove << "" << QStringList { "castle.zmr 2.1.05", "tower.zmr 2.1.05" } << 0;
+        // clang-format on
+    }
+
+    void cardMenu()
+    {
+        QFETCH(QString, entry);
+        QFETCH(QString, setup);
+        QFETCH(QString, boxes);
+        QFETCH(QString, started);
+        QFETCH(QStringList, after);
+        QFETCH(int, announced);
+        install("2.1.05");
+        install("2.2.01");
+        addRecent({ "tower.zmr", "castle.zmr" });
+        QVERIFY(showPage());
+        if (setup == "remove project")
+            QVERIFY(QFile::remove(project("tower.zmr")));
+        QList<QUrl> shown;
+        DesktopHandOver::setOpener([&shown](const QUrl &url) { return shown.append(url), true; });
+        const auto restore = qScopeGuard([]() { DesktopHandOver::setOpener({}); });
+        QGuiApplication::clipboard()->clear();
+        QSignalSpy announcements(m_launcher->getApplInfo(), SIGNAL(signalHistoryInfoUpdated()));
+
+        ModalAnswer answer(setup == "answer No" ? QMessageBox::No : QMessageBox::Yes);
+        QStringList menus;
+        pickFromMenu(entry.split('/'), &menus);
+        const QModelIndex tower = cards()->model()->index(1, 0);
+        if (setup == "menu key") {
+            cards()->setCurrentIndex(tower);
+            QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(0, 0));
+            QApplication::sendEvent(cards(), &key);
+        } else {
+            const QPoint at = cards()->visualRect(tower).center();
+            QContextMenuEvent click(QContextMenuEvent::Mouse, at, cards()->viewport()->mapToGlobal(at));
+            QApplication::sendEvent(cards()->viewport(), &click);
+        }
+        QCOMPARE(menus.value(0), QString("Open|Open with|Show in folder|Copy path|Remove from list"));
+        if (entry.contains('/'))
+            QCOMPARE(menus.value(1),
+                QString("Vorlix Zanmir Editor 2.1.05|Vorlix Zanmir Editor 2.2.01")); // as the tiles
+        QTRY_COMPARE(answer.texts().join('|'), boxes);
+        QCOMPARE(savedHistories(), after);
+        QCOMPARE(announcements.count(), announced);
+        QCOMPARE(cardNames().size(), after.size());
+        // The project file itself is never touched.
+        QCOMPARE(QFile::exists(project("tower.zmr")), setup != "remove project");
+        if (!started.isEmpty())
+            QTRY_COMPARE_WITH_TIMEOUT(
+                editorStarts(), QStringList { editorPath(started) + ' ' + project("tower.zmr") }, 10000);
+        else
+            QCOMPARE(editorStarts(), QStringList());
+        QCOMPARE(shown,
+            entry == "Show in folder" && boxes.isEmpty()
+                ? QList<QUrl> { QUrl::fromLocalFile(project(QString()).chopped(1)) }
+                : QList<QUrl>());
+        QCOMPARE(QGuiApplication::clipboard()->text(), entry == "Copy path" ? project("tower.zmr") : QString());
+    }
+
+    // Enter opens the current card, Delete removes it after the question,
+    // and the arrows move among the cards; a card tells a screen reader its
+    // file, time and version.
+    void keysOnCards()
+    {
+        install("2.1.05");
+        addRecent({ "tower.zmr", "castle.zmr", "keep.zmr" });
+        QVERIFY(showPage());
+        const QString spoken = cards()->model()->index(1, 0).data(Qt::AccessibleTextRole).toString();
+        QVERIFY2(QRegularExpression(
+                     "^castle\\.zmr, last opened \\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d, version 2\\.1\\.05$")
+                     .match(spoken)
+                     .hasMatch(),
+            qPrintable(spoken));
+        cards()->setFocus();
+        cards()->setCurrentIndex(cards()->model()->index(0, 0));
+        QTest::keyClick(cards(), Qt::Key_Right);
+        QCOMPARE(cards()->currentIndex().row(), 1);
+
+        ModalAnswer answer(QMessageBox::Yes);
+        QTest::keyClick(cards(), Qt::Key_Delete);
+        QCOMPARE(answer.texts(),
+            QStringList {
+                "Remove castle.zmr from the recent projects?\n\nThe project file itself stays where it is." });
+        QCOMPARE(savedHistories(), (QStringList { "keep.zmr 2.1.05", "tower.zmr 2.1.05" }));
+
+        cards()->setCurrentIndex(cards()->model()->index(1, 0));
+        QTest::keyClick(cards(), Qt::Key_Return);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            editorStarts(), QStringList { editorPath("2.1.05") + ' ' + project("tower.zmr") }, 10000);
+        QCOMPARE(savedHistories(), (QStringList { "tower.zmr 2.1.05", "keep.zmr 2.1.05" }));
+        QCOMPARE(answer.count(), 1);
+    }
+
+    // Tab goes from "Open project..." to one tile, the filter and the
+    // cards; the arrows move among the tiles, and Enter starts the one with
+    // the focus.
+    void keysOnTiles()
+    {
+        install("2.1.05");
+        install("2.2.01");
+        addRecent({ "tower.zmr" });
+        QVERIFY(showPage());
+        m_page->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_page.data()));
+        auto *open = m_page->findChild<QToolButton *>("buttonOpenProject");
+        open->setFocus(Qt::TabFocusReason);
+        const auto tab = [](Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, modifiers);
+            return QApplication::focusWidget();
+        };
+        const QWidget *first = tab();
+        QCOMPARE(first->accessibleName(), QString("Start Vorlix Zanmir Editor 2.1.05"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+        QWidget *second = QApplication::focusWidget();
+        QCOMPARE(second->accessibleName(), QString("Start Vorlix Zanmir Editor 2.2.01"));
+        QTest::keyClick(second, Qt::Key_Right); // the last tile stays
+        QCOMPARE(QApplication::focusWidget(), second);
+        QCOMPARE(tab(), filter());
+        QCOMPARE(tab(), cards());
+        // Back to the band: the tile that had the focus last.
+        QCOMPARE(tab(Qt::ShiftModifier), filter());
+        QCOMPARE(tab(Qt::ShiftModifier), second);
+        QCOMPARE(tab(Qt::ShiftModifier), open);
+        for (QWidget *control : m_page->findChildren<QWidget *>()) {
+            if (control->isVisible() && control->focusPolicy() & Qt::TabFocus)
+                QVERIFY2(!control->accessibleName().isEmpty() || !control->property("text").toString().isEmpty(),
+                    qPrintable(control->objectName()));
+        }
+
+        QTest::keyClick(second, Qt::Key_Return);
+        QTRY_COMPARE_WITH_TIMEOUT(editorStarts(), QStringList { editorPath("2.2.01") + ' ' }, 10000);
+    }
+
+    // The filter narrows the cards to file names and folders that hold its
+    // text as typed, in any letter case; the cap counts what matches.
+    void filteringTheCards()
+    {
+        for (int i = 0; i < 101; ++i)
+            QVERIFY(m_launcher->addHistoryAfterLaunch(
+                EditorInfo("editor", "release", "2.1.05"), QString("/old/%1.zmr").arg(i)));
+        addRecent({ "Tower.zmr", "a+b (1).zmr", "ab 1.zmr" });
+        QVERIFY(showPage());
+        m_page->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_page.data()));
+        QCOMPARE(cardNames().size(), 100);
+
+        m_log.mark();
+        QTest::keyClick(m_page.data(), Qt::Key_F, Qt::ControlModifier);
+        QCOMPARE(QApplication::focusWidget(), filter());
+        QTest::keyClicks(filter(), "A+B (1");
+        QCOMPARE(cardNames(), QStringList { "a+b (1).zmr" });
+        filter()->setText(".*");
+        QCOMPARE(cardNames(), QStringList());
+        QCOMPARE(m_page->findChild<QLabel *>("labelNoHistory")->text(), QString("No recent project matches \".*\"."));
+        filter()->setText("projects/");
+        QCOMPARE(cardNames(), (QStringList { "ab 1.zmr", "a+b (1).zmr", "Tower.zmr" }));
+        filter()->setText("/old/");
+        QCOMPARE(cardNames().size(), 100);
+        QCOMPARE(cardNames().first(), QString("100.zmr"));
+        QCOMPARE(m_log.newLines().filter("RecentUsedWidget::"), QStringList()); // said once, when the list was read
+        QTest::keyClick(filter(), Qt::Key_Escape);
+        QCOMPARE(filter()->text(), QString());
+        QCOMPARE(cardNames().size(), 100);
+        QCOMPARE(cardNames().first(), QString("ab 1.zmr"));
+    }
+
+    // "Open project..." opens the file chosen as a double click in the file
+    // manager does: the editor that fits it or the default version, the
+    // usual boxes, and a history entry.
+    void openProject_data()
+    {
+        QTest::addColumn<QString>("chosen");
+        QTest::addColumn<QString>("setup");
+        QTest::addColumn<QString>("started");
+        QTest::addColumn<QString>("box");
+        // clang-format off
+        QTest::newRow("fits 2.1.05") << "scene.zmr" << "" << "2.1.05" << "";
+        QTest::newRow("default version wins") << "scene.zmr" << "default 2.2.01" << "2.2.01" << "";
+        QTest::newRow("nothing chosen") << "" << "" << "" << "";
+        QTest::newRow("damaged") << "bad.zmr" << "" << "" << "Failed to open project file.\n\nPlease confirm the file is not corrupted.";
+        QTest::newRow("another kind of file") << "notes.txt" << "" << "" << "This file has unsupported extension.\n@notes.txt";
+        // clang-format on
+    }
+
+    void openProject()
+    {
+        QFETCH(QString, chosen);
+        QFETCH(QString, setup);
+        QFETCH(QString, started);
+        QFETCH(QString, box);
+        install("2.1.05");
+        install("2.2.01");
+        addRecent({ "earlier.zmr" });
+        QVERIFY(SampleProject::writeProject(project("scene.zmr"), "2.1.5.0"));
+        QVERIFY(TestFiles::write(project("bad.zmr"), "PK not really"));
+        QVERIFY(TestFiles::write(project("notes.txt"), "text"));
+        if (setup.startsWith("default")) {
+            m_launcher->setCurrentEditorInfo(EditorInfo("editor", "release", setup.section(' ', 1)));
+            QVERIFY(m_launcher->saveLauncherState());
+        }
+        QVERIFY(showPage());
+
+        QString folder;
+        ProjectOpener::setChooser([&](QWidget *, const QString &shown) {
+            folder = shown;
+            return chosen.isEmpty() ? QString() : project(chosen);
+        });
+        const auto restore = qScopeGuard([]() { ProjectOpener::setChooser({}); });
+        ModalAnswer answer;
+        QTest::mouseClick(m_page->findChild<QToolButton *>("buttonOpenProject"), Qt::LeftButton);
+        QCOMPARE(folder, project(QString()).chopped(1)); // where the latest project is
+        QTRY_COMPARE(answer.texts().join('|'), QString(box).replace('@', project(QString())));
+        if (started.isEmpty()) {
+            QCOMPARE(editorStarts(), QStringList());
+            QCOMPARE(savedHistories(), QStringList { "earlier.zmr 2.1.05" });
+        } else {
+            QTRY_COMPARE_WITH_TIMEOUT(
+                editorStarts(), QStringList { editorPath(started) + ' ' + project(chosen) }, 10000);
+            QCOMPARE(savedHistories(), (QStringList { "scene.zmr " + started, "earlier.zmr 2.1.05" }));
+            QCOMPARE(cardNames(), (QStringList { "scene.zmr", "earlier.zmr" }));
+        }
+    }
+
+    // A project dropped on a tile opens in that tile's version, whatever
+    // saved it; of several files only the first project counts, and the
+    // files of no project form are named in the usual box.
+    void dropOnATile_data()
+    {
+        QTest::addColumn<QStringList>("dropped");
+        QTest::addColumn<QString>("box");
+        // clang-format off
+        QTest::newRow("one project") << QStringList { "scene.zmr" } << "";
+        QTest::newRow("a folder, text, two projects") << QStringList { "folder", "notes.txt", "scene.zmr", "other.xml" } << "This file has unsupported extension.\n@folder\n@notes.txt";
+        QTest::newRow("nothing to open") << QStringList { "notes.txt" } << "This file has unsupported extension.\n@notes.txt";
+        // clang-format on
+    }
+
+    void dropOnATile()
+    {
+        QFETCH(QStringList, dropped);
+        QFETCH(QString, box);
+        install("2.1.05");
+        install("2.2.01");
+        QVERIFY(SampleProject::writeProject(project("scene.zmr"), "2.1.5.0"));
+        QVERIFY(SampleProject::writeProject(project("other.xml"), "2.1.5.0"));
+        QVERIFY(TestFiles::write(project("notes.txt"), "text"));
+        QVERIFY(QDir().mkpath(project("folder")));
+        QVERIFY(showPage());
+
+        QMimeData data;
+        QScopedPointer<QDropEvent> drop(
+            dropOf(dropped.replaceInStrings(QRegularExpression("^"), project(QString())), data));
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QWidget *target = tile(tileVersions().indexOf("2.2.01"));
+        QApplication::sendEvent(target, &enter);
+        QVERIFY(enter.isAccepted());
+        ModalAnswer answer;
+        QApplication::sendEvent(target, drop.data());
+        QVERIFY(drop->isAccepted());
+        QTRY_COMPARE(answer.texts().join('|'), QString(box).replace('@', project(QString())));
+        const bool opens = dropped.filter(QRegularExpression("\\.(zmr|xml)$")).size() > 0;
+        if (opens) {
+            QTRY_COMPARE_WITH_TIMEOUT(
+                editorStarts(), QStringList { editorPath("2.2.01") + ' ' + project("scene.zmr") }, 10000);
+            QCOMPARE(savedHistories(), QStringList { "scene.zmr 2.2.01" });
+        } else {
+            QCOMPARE(editorStarts(), QStringList());
+            QCOMPARE(savedHistories(), QStringList());
+        }
+        // A drag of no local file is not taken.
+        QMimeData text;
+        text.setText("scene.zmr");
+        QDragEnterEvent other(QPoint(5, 5), Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(target, &other);
+        QVERIFY(!other.isAccepted());
     }
 };
 

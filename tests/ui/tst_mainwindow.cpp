@@ -4,6 +4,7 @@
 #include "menubuttonwidget.h"
 #include "modalanswer.h"
 #include "preferencedialog.h"
+#include "sampleproject.h"
 #include "screeninfo.h"
 #include "stylesheet.h"
 #include "testfiles.h"
@@ -12,6 +13,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QToolButton>
 #include <QWebView>
@@ -272,6 +274,44 @@ private slots:
         QCOMPARE(TestFiles::readObject(m_profile->managerFile()).value("1.0.0")["locale"].toString() + ' '
                 + QString::number(showAll),
             stored);
+    }
+
+    // A drop anywhere on the window opens the first project among the files
+    // as a double click in the file manager does; the files of no project
+    // form are named in the usual box.
+    void dropOnTheWindow()
+    {
+        const QString root = m_profile->root();
+        const QString editor = root + "/editors/2.1.05/ZanmirEditor";
+        const QString editorLog = root + "/window-drop-starts.jsonl";
+        QVERIFY(QDir().mkpath(root + "/editors/2.1.05") && QFile::link(ZANMIR_ARGRECORDER, editor));
+        QHash<QString, QString> values = TestProfile::versionValues("E2.1.05", "editor", "release", "2.1.05");
+        values["EditorPath"] = editor;
+        m_profile->registerApplication("E2.1.05", values);
+        qputenv("ZANMIR_SAMPLE_EDITOR_LOG", QFile::encodeName(editorLog));
+        QVERIFY(QDir().mkpath(root + "/dropped/folder"));
+        QVERIFY(TestFiles::write(root + "/dropped/notes.txt", "text"));
+        QVERIFY(SampleProject::writeProject(root + "/dropped/scene.zmr", "2.1.5.0"));
+        QVERIFY(SampleProject::writeProject(root + "/dropped/second.zmr", "2.1.5.0"));
+        m_form->buttonClicked("Home");
+
+        QMimeData data;
+        data.setUrls({ QUrl::fromLocalFile(root + "/dropped/folder"), QUrl::fromLocalFile(root + "/dropped/notes.txt"),
+            QUrl::fromLocalFile(root + "/dropped/scene.zmr"), QUrl::fromLocalFile(root + "/dropped/second.zmr") });
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_form.data(), &enter);
+        QVERIFY(enter.isAccepted());
+        ModalAnswer answer;
+        QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_form.data(), &drop);
+        QTRY_COMPARE(answer.texts(),
+            QStringList {
+                "This file has unsupported extension.\n" + root + "/dropped/folder\n" + root + "/dropped/notes.txt" });
+        QTRY_COMPARE_WITH_TIMEOUT(TestFiles::read(editorLog).count('\n'), 1, 10000);
+        QCOMPARE(QJsonDocument::fromJson(TestFiles::read(editorLog)).toVariant().toStringList(),
+            (QStringList { editor, root + "/dropped/scene.zmr" }));
+        QCOMPARE(m_launcher->getApplInfo()->getHistories().value(0).getOpenFilePath(), root + "/dropped/scene.zmr");
+        QCOMPARE(m_launcher->getApplInfo()->getHistories().size(), 1);
     }
 };
 

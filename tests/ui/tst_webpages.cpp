@@ -257,6 +257,17 @@ private slots:
         // One line for the loop at load and one for the rest of each click's
         // loop, not one per request.
         QCOMPARE(lines.filter("no click").size(), 1 + links.size());
+
+        // The one local address, a project's folder, is never a file to
+        // start nor a path the desktop would read relative to its own.
+        opened.clear();
+        QTemporaryDir folder;
+        QVERIFY(TestFiles::write(folder.filePath("scene.zmr"), "project"));
+        QVERIFY(!DesktopHandOver::showFolder(folder.filePath("scene.zmr")));
+        QVERIFY(!DesktopHandOver::showFolder("relative/folder"));
+        QVERIFY(!DesktopHandOver::isAllowed(QUrl::fromLocalFile(folder.path())));
+        QVERIFY(DesktopHandOver::showFolder(folder.path() + "/."));
+        QCOMPARE(opened, QStringList { QUrl::fromLocalFile(folder.path()).toString() });
     }
 
     // A page behind a certificate that cannot be trusted is not shown; the

@@ -4,6 +4,7 @@
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QCursor>
 #include <QFile>
 #include <QIcon>
@@ -287,6 +288,22 @@ bool ScriptRunner::run(const QString &command, const QString &argument)
         // The pointer goes there first, so that a menu opens where the press was.
         QCursor::setPos(pressed->mapToGlobal(pressed->rect().center()));
         QTest::mousePress(pressed, second == QLatin1String("right") ? Qt::RightButton : Qt::LeftButton);
+        return true;
+    }
+    if (command == QLatin1String("menu")) {
+        auto *view = qobject_cast<QAbstractItemView *>(widget);
+        const QModelIndex index = view && view->model() ? view->model()->index(second.toInt(), 0) : QModelIndex();
+        if (!index.isValid())
+            return false;
+        const QPoint centre = view->visualRect(index).center();
+        QCursor::setPos(view->viewport()->mapToGlobal(centre));
+        QContextMenuEvent request(QContextMenuEvent::Mouse, centre, view->viewport()->mapToGlobal(centre));
+        QApplication::sendEvent(view->viewport(), &request);
+        return true;
+    }
+    if (command == QLatin1String("type")) {
+        widget->setFocus(Qt::OtherFocusReason);
+        QTest::keyClicks(widget, second);
         return true;
     }
     if (command == QLatin1String("rows")) {

@@ -23,6 +23,8 @@ class QWidget;
 //   pick TEXT             choose the entry with that text in the open menu or
 //                         combo box list, as with the keyboard
 //   dblclick NAME ROW     double-click row ROW of an item view
+//   menu NAME ROW         open the context menu of row ROW of an item view, as a right click does
+//   type NAME TEXT        type the text into a widget (a filter field), key by key
 //   rows NAME FILE        write the rows of an item view to FILE, a line each (tool tip,
 //                         else text, else the texts of the labels of the row's widget)
 //   icon NAME PATH        succeed when the button shows the icon at PATH (":/icons/...")

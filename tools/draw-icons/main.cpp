@@ -1,7 +1,10 @@
-// Paints the launcher's icons and the default project thumbnail and writes them as PNG files.
-// The output is committed under resources/; tools/draw-icons/regenerate rewrites it.
+// Paints the launcher's icons and the default project thumbnail and writes them as PNG files,
+// each icon also as "name@2x.png" at twice the size for screens scaled to 200 %: the same drawing
+// on a finer grid, not an enlarged copy, so that it is sharp there. Qt picks the @2x file
+// beside the plain one by itself. The output is committed under resources/;
+// tools/draw-icons/regenerate rewrites it.
 //
-// Usage: draw-icons FOLDER    (writes FOLDER/icons/*.png and FOLDER/thumbnails/default.png)
+// Usage: draw-icons FOLDER    (writes FOLDER/icons/*.png with their @2x twins, and FOLDER/thumbnails/default.png)
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -312,12 +315,16 @@ const Icon icons[] = {
     { "thumbnails/default.png", 256, drawThumbnail, Tone::Plain, noBadge },
 };
 
-QImage render(const Icon &icon)
+// The resolutions written: 1x, and 2x for screens scaled to 200 %.
+const int scales[] = { 1, 2 };
+
+QImage render(const Icon &icon, int scale)
 {
-    QImage image(icon.size, icon.size, QImage::Format_ARGB32_Premultiplied);
+    QImage image(icon.size * scale, icon.size * scale, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter p(&image);
     p.setRenderHint(QPainter::Antialiasing);
+    p.scale(scale, scale);
     const auto toned = [&icon](const QColor &colour) { return icon.tone == Tone::Dimmed ? dimmed(colour) : colour; };
     icon.glyph(p, toned(QColor::fromRgba(lightInk)));
     if (icon.badge != noBadge)
@@ -339,10 +346,18 @@ int main(int argc, char *argv[])
     }
     const QDir folder(arguments.at(1));
     for (const Icon &icon : icons) {
-        const QString path = folder.filePath(QLatin1String(icon.path));
-        if (!QDir().mkpath(QFileInfo(path).path()) || !render(icon).save(path, "PNG")) {
-            err << "draw-icons: cannot write " << path << '\n';
-            return 1;
+        for (const int scale : scales) {
+            // The cards scale the thumbnail themselves; only icons are
+            // shown at the screen's own scale.
+            if (scale > 1 && !QByteArray(icon.path).startsWith("icons/"))
+                continue;
+            QString path = folder.filePath(QLatin1String(icon.path));
+            if (scale > 1)
+                path.replace(QLatin1String(".png"), QStringLiteral("@%1x.png").arg(scale));
+            if (!QDir().mkpath(QFileInfo(path).path()) || !render(icon, scale).save(path, "PNG")) {
+                err << "draw-icons: cannot write " << path << '\n';
+                return 1;
+            }
         }
     }
     return 0;

@@ -3,6 +3,8 @@
 #include "webaddress.h"
 
 #include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
 #include <QUrl>
 
 namespace {
@@ -11,6 +13,11 @@ DesktopHandOver::Opener &opener()
 {
     static DesktopHandOver::Opener instance;
     return instance;
+}
+
+bool handOver(const QUrl &url)
+{
+    return opener() ? opener()(url) : QDesktopServices::openUrl(url);
 }
 
 } // namespace
@@ -25,9 +32,16 @@ bool DesktopHandOver::isAllowed(const QUrl &url)
 
 bool DesktopHandOver::open(const QUrl &url)
 {
-    if (!isAllowed(url))
+    return isAllowed(url) && handOver(url);
+}
+
+bool DesktopHandOver::showFolder(const QString &folderPath)
+{
+    // A folder, never a file: the desktop would start a file's program.
+    const QFileInfo folder(folderPath);
+    if (!folder.isAbsolute() || !folder.isDir())
         return false;
-    return opener() ? opener()(url) : QDesktopServices::openUrl(url);
+    return handOver(QUrl::fromLocalFile(QDir::cleanPath(folder.absoluteFilePath())));
 }
 
 QString DesktopHandOver::refusalText(const QUrl &url)

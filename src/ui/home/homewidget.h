@@ -4,13 +4,15 @@
 #include <QWidget>
 
 class ProcessLauncher;
+class ProjectOpener;
 
 namespace Ui {
 class HomeWidget;
 }
 
 // The launch page: a band of tiles, one per installed editor, above the
-// recent projects.
+// recent projects. "Open project..." opens any project file; the filter
+// above the cards (Ctrl+F) narrows them, and Escape clears it.
 class HomeWidget : public QWidget
 {
     Q_OBJECT
@@ -22,9 +24,14 @@ public:
     void setProcessLauncher(ProcessLauncher *launcher);
     void refreshRecentProjects();
 
+private slots:
+    void focusFilter();
+    void clearFilter();
+
 private:
     Ui::HomeWidget *ui;
     ProcessLauncher *m_launcher = nullptr;
+    ProjectOpener *m_opener = nullptr;
 };
 
 #endif // HOMEWIDGET_H

@@ -6,11 +6,16 @@
 #include "processlauncher.h"
 #include "screeninfo.h"
 
+#include <QKeyEvent>
+
 LaunchButtonWidget::LaunchButtonWidget(QWidget *parent)
     : QWidget(parent)
     , ui(new Ui::LaunchButtonWidget)
 {
     ui->setupUi(this);
+    // The tiles take the focus themselves; a list that kept it would show a
+    // current row, which a tile never has.
+    ui->listWidget->setFocusPolicy(Qt::NoFocus);
 }
 
 LaunchButtonWidget::~LaunchButtonWidget()
@@ -55,9 +60,59 @@ void LaunchButtonWidget::rebuildButtons()
         tile->setEditorInfo(editor);
         item->setSizeHint(tile->maximumSize());
         ui->listWidget->setItemWidget(item, tile);
+        tile->getFocusWidget()->installEventFilter(this);
         m_tiles.append(tile);
     }
     ui->listWidget->show();
+
+    QWidget *previous = m_tabBefore;
+    for (ApplLaunchWidget *tile : qAsConst(m_tiles)) {
+        if (previous)
+            QWidget::setTabOrder(previous, tile->getFocusWidget());
+        previous = tile->getFocusWidget();
+    }
+    if (m_tabAfter)
+        QWidget::setTabOrder(previous, m_tabAfter);
+    setTabStop(0);
+}
+
+void LaunchButtonWidget::setTabNeighbours(QWidget *before, QWidget *after)
+{
+    m_tabBefore = before;
+    m_tabAfter = after;
+}
+
+void LaunchButtonWidget::setTabStop(int index)
+{
+    for (int i = 0; i < m_tiles.size(); ++i)
+        m_tiles.at(i)->getFocusWidget()->setFocusPolicy(i == index ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
+bool LaunchButtonWidget::eventFilter(QObject *watched, QEvent *event)
+{
+    int index = -1;
+    for (int i = 0; i < m_tiles.size() && index < 0; ++i) {
+        if (m_tiles.at(i)->getFocusWidget() == watched)
+            index = i;
+    }
+    if (index < 0)
+        return QWidget::eventFilter(watched, event);
+    if (event->type() == QEvent::FocusIn) {
+        setTabStop(index);
+        ui->listWidget->scrollToItem(ui->listWidget->item(index));
+    } else if (event->type() == QEvent::KeyPress) {
+        // One row of tiles: either pair of arrows moves along it.
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        const int step = key == Qt::Key_Left || key == Qt::Key_Up ? -1
+            : key == Qt::Key_Right || key == Qt::Key_Down         ? 1
+                                                                  : 0;
+        if (step != 0) {
+            if (index + step >= 0 && index + step < m_tiles.size())
+                m_tiles.at(index + step)->getFocusWidget()->setFocus(Qt::OtherFocusReason);
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void LaunchButtonWidget::pinnedVersionInfoUpdated()

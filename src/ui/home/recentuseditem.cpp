@@ -18,6 +18,7 @@ RecentUsedItem::RecentUsedItem(ProcessLauncher *launcher, const HistoryInfo &his
     // bracket stays for every other edition.
     const QString edition = history.getEdition() == QLatin1String("inhouse") ? history.getEdition() : QString();
     m_versionText = QStringLiteral("(Ver. %1 %2)").arg(history.getVersion(), edition);
+    m_spokenVersion = QStringLiteral("%1 %2").arg(history.getVersion(), edition).trimmed();
     m_thumbnail = defaultThumbnail();
 }
 

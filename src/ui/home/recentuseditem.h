@@ -26,6 +26,9 @@ public:
     QString fileName() const { return m_fileName; }
     QString timestamp() const { return m_timestamp; }
     QString versionText() const { return m_versionText; }
+    // The version as a screen reader says it: the number, and an in-house
+    // edition named.
+    QString getSpokenVersion() const { return m_spokenVersion; }
     HistoryInfo historyInfo() const { return m_history; }
 
     // The picture of a card whose project has none of its own, at the size
@@ -40,6 +43,7 @@ private:
     QString m_fileName;
     QString m_timestamp;
     QString m_versionText;
+    QString m_spokenVersion;
 };
 
 Q_DECLARE_METATYPE(RecentUsedItem)

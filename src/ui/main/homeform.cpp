@@ -3,9 +3,11 @@
 
 #include "preferencedialog.h"
 #include "processlauncher.h"
+#include "projectopener.h"
 #include "stylesheet.h"
 #include "timerstopper.h"
 
+#include <QDropEvent>
 #include <QWindow>
 
 namespace {
@@ -22,6 +24,7 @@ HomeForm::HomeForm(QWidget *parent)
 {
     ui->setupUi(this);
     StyleSheet::applyTo(this);
+    setAcceptDrops(true);
 }
 
 HomeForm::~HomeForm()
@@ -41,6 +44,7 @@ void HomeForm::hidePages()
 void HomeForm::setProcessLauncher(ProcessLauncher *launcher)
 {
     m_launcher = launcher;
+    m_projectOpener = new ProjectOpener(m_launcher, this);
     hidePages();
 
     // The menu strip with its badges and the home page make the first frame;
@@ -88,6 +92,21 @@ bool HomeForm::eventFilter(QObject *watched, QEvent *event)
         finishSetUpWhenPainted();
     }
     return QWidget::eventFilter(watched, event);
+}
+
+void HomeForm::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (m_projectOpener && !ProjectOpener::droppedFiles(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void HomeForm::dropEvent(QDropEvent *event)
+{
+    const QStringList files = ProjectOpener::droppedFiles(event->mimeData());
+    event->acceptProposedAction();
+    // After the drop has ended: the program it came from waits for that
+    // while a box is open.
+    QMetaObject::invokeMethod(m_projectOpener, "openFiles", Qt::QueuedConnection, Q_ARG(QStringList, files));
 }
 
 void HomeForm::finishSetUp()

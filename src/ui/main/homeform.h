@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class ProcessLauncher;
+class ProjectOpener;
 
 namespace Ui {
 class HomeForm;
@@ -15,7 +16,9 @@ class HomeForm;
 // Refresh, after the preferences, and once a day on the refresh timer.
 // What is slow in setting up (the web pages, and the web engine with them,
 // and the catalogue's second reading) waits until the window has been
-// painted once, so that the window shows at once.
+// painted once, so that the window shows at once. A project file dropped
+// anywhere on the window opens as a double click in the file manager
+// opens it.
 class HomeForm : public QWidget
 {
     Q_OBJECT
@@ -37,6 +40,8 @@ public slots:
 protected:
     void showEvent(QShowEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private slots:
     void finishSetUp();
@@ -49,6 +54,7 @@ private:
 
     Ui::HomeForm *ui;
     ProcessLauncher *m_launcher = nullptr;
+    ProjectOpener *m_projectOpener = nullptr;
     bool m_setUpPending = false;
     bool m_setUp = false;
 };

@@ -23,6 +23,9 @@ CustomWebView::CustomWebView(QWidget *parent)
     pageSettings->setAttribute(QWebSettings::LocalStorageEnabled, false);
     pageSettings->setAttribute(QWebSettings::OfflineStorageDatabaseEnabled, false);
     pageSettings->setAttribute(QWebSettings::OfflineWebApplicationCacheEnabled, false);
+    // A file dropped here is a project for the window to open, never a page
+    // to show.
+    setAcceptDrops(false);
 }
 
 CustomWebView::~CustomWebView()
