@@ -17,7 +17,9 @@
 // Everything runs on a sandbox profile in a temporary folder, with the
 // catalogue served on loopback and the sample editor as the installed one.
 //
-// Usage: bench_startup [RUNS]   (runs per program and case, default 15)
+// Usage: bench_startup [RUNS] [PART...]
+//   RUNS: runs per program and case, default 15; PART: openwith, firstpaint,
+//   queries or read, to run only those parts (default: all of them).
 #include "benchpicture.h"
 #include "editordocmanager.h"
 #include "editorinfo.h"
@@ -34,6 +36,7 @@
 #include <QGuiApplication>
 #include <QHash>
 #include <QProcess>
+#include <QSet>
 #include <QSettings>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -454,6 +457,10 @@ int main(int argc, char *argv[])
     if (argc == 3 && QByteArray(argv[1]) == "--read")
         return readProject(QString::fromLocal8Bit(argv[2]));
     const int runs = argc > 1 ? qMax(1, QByteArray(argv[1]).toInt()) : 15;
+    QSet<QByteArray> parts;
+    for (int i = 2; i < argc; ++i)
+        parts.insert(argv[i]);
+    const auto wanted = [&parts](const char *part) { return parts.isEmpty() || parts.contains(part); };
 
     Profile profile;
     CatalogueServer server;
@@ -464,35 +471,43 @@ int main(int argc, char *argv[])
     // The queries below run in this process, on the same profile.
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(profile.path(QStringLiteral("config"))));
 
-    out() << "open-with start of ZanmirLauncher / bare Qt program, median of " << runs
-          << " runs each (targets: 1.1x at 10 groups, 1.2x at 1,000):\n";
-    out().flush();
-    // Groups of other products beside the launcher and three editors, and,
-    // beyond the targets, a thousand editor versions: the catalogue the
-    // launcher reads at every start then lists them all.
-    for (const QPair<int, int> &groups : { qMakePair(10, 4), qMakePair(1000, 4), qMakePair(1000, 1000) }) {
-        if (!compareOpenWith(profile, server, groups.first, groups.second, runs)) {
-            out() << "  " << groups.first << " groups: a run failed\n";
+    if (wanted("openwith")) {
+        out() << "open-with start of ZanmirLauncher / bare Qt program, median of " << runs
+              << " runs each (targets: 1.1x at 10 groups, 1.2x at 1,000):\n";
+        out().flush();
+        // Groups of other products beside the launcher and three editors, and,
+        // beyond the targets, a thousand editor versions: the catalogue the
+        // launcher reads at every start then lists them all.
+        for (const QPair<int, int> &groups : { qMakePair(10, 4), qMakePair(1000, 4), qMakePair(1000, 1000) }) {
+            if (!compareOpenWith(profile, server, groups.first, groups.second, runs)) {
+                out() << "  " << groups.first << " groups: a run failed\n";
+                return 1;
+            }
+            out().flush();
+        }
+    }
+
+    if (wanted("firstpaint")) {
+        out() << "start to the first painted main window, ZanmirLauncher / bare window with a web view, median of "
+              << runs << " runs each (target: 1.1x):\n";
+        out().flush();
+        if (!compareFirstWindow(profile, server, runs)) {
+            out() << "  a run failed\n";
             return 1;
         }
-        out().flush();
     }
 
-    out() << "start to the first painted main window, ZanmirLauncher / bare window with a web view, median of " << runs
-          << " runs each (target: 1.1x):\n";
-    out().flush();
-    if (!compareFirstWindow(profile, server, runs)) {
-        out() << "  a run failed\n";
-        return 1;
+    if (wanted("queries")) {
+        out() << "one registry query, Registry::getVersionList, median of 101 (target: under 5 ms at 1,000 groups):\n";
+        for (int groups : { 1000, 5000 }) {
+            if (!measureQueries(profile, groups))
+                return 1;
+            out().flush();
+        }
     }
 
-    out() << "one registry query, Registry::getVersionList, median of 101 (target: under 5 ms at 1,000 groups):\n";
-    for (int groups : { 1000, 5000 }) {
-        if (!measureQueries(profile, groups))
-            return 1;
-        out().flush();
-    }
-
+    if (!wanted("read"))
+        return 0;
     out()
         << "reading a project with EditorDocManager (targets: the archive under 0.2 s, the XML project under 64 MB):\n";
     out().flush();
