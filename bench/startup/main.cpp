@@ -258,8 +258,10 @@ qint64 runTimed(const QString &program, const QStringList &arguments, const Prof
 
 // Runs a program with the first-paint probe preloaded, which ends it after
 // its first window was painted: the ns from the start to that paint, -1 when
-// it failed. The window's object name goes to window.
-qint64 runToFirstPaint(const QString &program, const Profile &profile, const QString &server, QString &window)
+// it failed. The window's object name goes to window, the processor time of
+// the program until then to cpuNs.
+qint64 runToFirstPaint(
+    const QString &program, const Profile &profile, const QString &server, QString &window, qint64 &cpuNs)
 {
     const QString log = profile.path(QStringLiteral("first-paint.log"));
     QFile::remove(log);
@@ -273,9 +275,10 @@ qint64 runToFirstPaint(const QString &program, const Profile &profile, const QSt
     if (!runProgram(program, QStringList(), environment, profile, started, ended))
         return -1;
     const QList<QByteArray> painted = readFile(log).trimmed().split(' ');
-    if (painted.size() != 2)
+    if (painted.size() != 3)
         return -1;
-    window = QString::fromUtf8(painted.at(1));
+    cpuNs = painted.at(1).toLongLong();
+    window = QString::fromUtf8(painted.at(2));
     return painted.at(0).toLongLong() - started;
 }
 
@@ -346,18 +349,23 @@ bool compareFirstWindow(const Profile &profile, const CatalogueServer &server, i
             return false;
     }
 
-    QVector<qint64> launcherNs, bareNs;
-    QVector<double> ratios;
+    QVector<qint64> launcherNs, bareNs, launcherCpuNs, bareCpuNs;
+    QVector<double> ratios, cpuRatios;
     for (int round = 0; round <= runs; ++round) {
         QString launcherWindow, bareWindow;
-        const qint64 a = runToFirstPaint(launcher, profile, server.base(), launcherWindow);
-        const qint64 b = runToFirstPaint(QStringLiteral(ZANMIR_BARE_WINDOW_BINARY), profile, server.base(), bareWindow);
-        if (a < 0 || b < 0 || launcherWindow != QLatin1String("HomeForm"))
+        qint64 launcherCpu = 0, bareCpu = 0;
+        const qint64 a = runToFirstPaint(launcher, profile, server.base(), launcherWindow, launcherCpu);
+        const qint64 b
+            = runToFirstPaint(QStringLiteral(ZANMIR_BARE_WINDOW_BINARY), profile, server.base(), bareWindow, bareCpu);
+        if (a < 0 || b < 0 || launcherWindow != QLatin1String("HomeForm") || launcherCpu <= 0 || bareCpu <= 0)
             return false;
         if (round > 0) {
             launcherNs.append(a);
             bareNs.append(b);
             ratios.append(double(a) / double(b));
+            launcherCpuNs.append(launcherCpu);
+            bareCpuNs.append(bareCpu);
+            cpuRatios.append(double(launcherCpu) / double(bareCpu));
         }
     }
     out() << QStringLiteral("  %1x (medians: launcher %2 ms, bare window %3 ms; spread of the ratios %4-%5x)")
@@ -366,6 +374,12 @@ bool compareFirstWindow(const Profile &profile, const CatalogueServer &server, i
                  .arg(median(bareNs) / 1e6, 0, 'f', 1)
                  .arg(*std::min_element(ratios.begin(), ratios.end()), 0, 'f', 2)
                  .arg(*std::max_element(ratios.begin(), ratios.end()), 0, 'f', 2)
+          << '\n';
+    // All threads' processor time until the paint, which a busy machine moves less.
+    out() << QStringLiteral("  processor time until then: %1x (medians: launcher %2 ms, bare window %3 ms)")
+                 .arg(median(cpuRatios), 0, 'f', 2)
+                 .arg(median(launcherCpuNs) / 1e6, 0, 'f', 1)
+                 .arg(median(bareCpuNs) / 1e6, 0, 'f', 1)
           << '\n';
     return true;
 }
