@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class ProcessLauncher;
+class WebBrowserWidget;
 
 namespace Ui {
 class HomeForm;
@@ -29,6 +30,11 @@ public:
     void setProcessLauncher(ProcessLauncher *launcher);
     // The web pages are loading and the refresh timer runs.
     bool isSetUp() const { return m_setUp; }
+    // The news and help pages in their scroll areas, with no address yet.
+    // The set-up makes them after the first paint rather than with the
+    // form: a web view's first page starts the web engine, which takes
+    // longer than the rest of the window.
+    void makeWebPages();
 
 public slots:
     void buttonClicked(const QString &message);
@@ -49,6 +55,8 @@ private:
 
     Ui::HomeForm *ui;
     ProcessLauncher *m_launcher = nullptr;
+    WebBrowserWidget *m_infoPage = nullptr;
+    WebBrowserWidget *m_helpPage = nullptr;
     bool m_setUpPending = false;
     bool m_setUp = false;
 };
