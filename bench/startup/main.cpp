@@ -17,7 +17,9 @@
 // Everything runs on a sandbox profile in a temporary folder, with the
 // catalogue served on loopback and the sample editor as the installed one.
 //
-// Usage: bench_startup [RUNS]   (runs per program and case, default 15)
+// Usage: bench_startup [RUNS] [PART...]
+//   RUNS: runs per program and case, default 15; PART: openwith, firstpaint,
+//   queries or read, to run only those parts (default: all of them).
 #include "benchpicture.h"
 #include "editordocmanager.h"
 #include "editorinfo.h"
@@ -34,6 +36,7 @@
 #include <QGuiApplication>
 #include <QHash>
 #include <QProcess>
+#include <QSet>
 #include <QSettings>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -255,8 +258,10 @@ qint64 runTimed(const QString &program, const QStringList &arguments, const Prof
 
 // Runs a program with the first-paint probe preloaded, which ends it after
 // its first window was painted: the ns from the start to that paint, -1 when
-// it failed. The window's object name goes to window.
-qint64 runToFirstPaint(const QString &program, const Profile &profile, const QString &server, QString &window)
+// it failed. The window's object name goes to window, the processor time of
+// the program until then to cpuNs.
+qint64 runToFirstPaint(
+    const QString &program, const Profile &profile, const QString &server, QString &window, qint64 &cpuNs)
 {
     const QString log = profile.path(QStringLiteral("first-paint.log"));
     QFile::remove(log);
@@ -270,9 +275,10 @@ qint64 runToFirstPaint(const QString &program, const Profile &profile, const QSt
     if (!runProgram(program, QStringList(), environment, profile, started, ended))
         return -1;
     const QList<QByteArray> painted = readFile(log).trimmed().split(' ');
-    if (painted.size() != 2)
+    if (painted.size() != 3)
         return -1;
-    window = QString::fromUtf8(painted.at(1));
+    cpuNs = painted.at(1).toLongLong();
+    window = QString::fromUtf8(painted.at(2));
     return painted.at(0).toLongLong() - started;
 }
 
@@ -343,18 +349,23 @@ bool compareFirstWindow(const Profile &profile, const CatalogueServer &server, i
             return false;
     }
 
-    QVector<qint64> launcherNs, bareNs;
-    QVector<double> ratios;
+    QVector<qint64> launcherNs, bareNs, launcherCpuNs, bareCpuNs;
+    QVector<double> ratios, cpuRatios;
     for (int round = 0; round <= runs; ++round) {
         QString launcherWindow, bareWindow;
-        const qint64 a = runToFirstPaint(launcher, profile, server.base(), launcherWindow);
-        const qint64 b = runToFirstPaint(QStringLiteral(ZANMIR_BARE_WINDOW_BINARY), profile, server.base(), bareWindow);
-        if (a < 0 || b < 0 || launcherWindow != QLatin1String("HomeForm"))
+        qint64 launcherCpu = 0, bareCpu = 0;
+        const qint64 a = runToFirstPaint(launcher, profile, server.base(), launcherWindow, launcherCpu);
+        const qint64 b
+            = runToFirstPaint(QStringLiteral(ZANMIR_BARE_WINDOW_BINARY), profile, server.base(), bareWindow, bareCpu);
+        if (a < 0 || b < 0 || launcherWindow != QLatin1String("HomeForm") || launcherCpu <= 0 || bareCpu <= 0)
             return false;
         if (round > 0) {
             launcherNs.append(a);
             bareNs.append(b);
             ratios.append(double(a) / double(b));
+            launcherCpuNs.append(launcherCpu);
+            bareCpuNs.append(bareCpu);
+            cpuRatios.append(double(launcherCpu) / double(bareCpu));
         }
     }
     out() << QStringLiteral("  %1x (medians: launcher %2 ms, bare window %3 ms; spread of the ratios %4-%5x)")
@@ -363,6 +374,12 @@ bool compareFirstWindow(const Profile &profile, const CatalogueServer &server, i
                  .arg(median(bareNs) / 1e6, 0, 'f', 1)
                  .arg(*std::min_element(ratios.begin(), ratios.end()), 0, 'f', 2)
                  .arg(*std::max_element(ratios.begin(), ratios.end()), 0, 'f', 2)
+          << '\n';
+    // All threads' processor time until the paint, which a busy machine moves less.
+    out() << QStringLiteral("  processor time until then: %1x (medians: launcher %2 ms, bare window %3 ms)")
+                 .arg(median(cpuRatios), 0, 'f', 2)
+                 .arg(median(launcherCpuNs) / 1e6, 0, 'f', 1)
+                 .arg(median(bareCpuNs) / 1e6, 0, 'f', 1)
           << '\n';
     return true;
 }
@@ -454,6 +471,10 @@ int main(int argc, char *argv[])
     if (argc == 3 && QByteArray(argv[1]) == "--read")
         return readProject(QString::fromLocal8Bit(argv[2]));
     const int runs = argc > 1 ? qMax(1, QByteArray(argv[1]).toInt()) : 15;
+    QSet<QByteArray> parts;
+    for (int i = 2; i < argc; ++i)
+        parts.insert(argv[i]);
+    const auto wanted = [&parts](const char *part) { return parts.isEmpty() || parts.contains(part); };
 
     Profile profile;
     CatalogueServer server;
@@ -464,35 +485,43 @@ int main(int argc, char *argv[])
     // The queries below run in this process, on the same profile.
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(profile.path(QStringLiteral("config"))));
 
-    out() << "open-with start of ZanmirLauncher / bare Qt program, median of " << runs
-          << " runs each (targets: 1.1x at 10 groups, 1.2x at 1,000):\n";
-    out().flush();
-    // Groups of other products beside the launcher and three editors, and,
-    // beyond the targets, a thousand editor versions: the catalogue the
-    // launcher reads at every start then lists them all.
-    for (const QPair<int, int> &groups : { qMakePair(10, 4), qMakePair(1000, 4), qMakePair(1000, 1000) }) {
-        if (!compareOpenWith(profile, server, groups.first, groups.second, runs)) {
-            out() << "  " << groups.first << " groups: a run failed\n";
+    if (wanted("openwith")) {
+        out() << "open-with start of ZanmirLauncher / bare Qt program, median of " << runs
+              << " runs each (targets: 1.1x at 10 groups, 1.2x at 1,000):\n";
+        out().flush();
+        // Groups of other products beside the launcher and three editors, and,
+        // beyond the targets, a thousand editor versions: the catalogue the
+        // launcher reads at every start then lists them all.
+        for (const QPair<int, int> &groups : { qMakePair(10, 4), qMakePair(1000, 4), qMakePair(1000, 1000) }) {
+            if (!compareOpenWith(profile, server, groups.first, groups.second, runs)) {
+                out() << "  " << groups.first << " groups: a run failed\n";
+                return 1;
+            }
+            out().flush();
+        }
+    }
+
+    if (wanted("firstpaint")) {
+        out() << "start to the first painted main window, ZanmirLauncher / bare window with a web view, median of "
+              << runs << " runs each (target: 1.1x):\n";
+        out().flush();
+        if (!compareFirstWindow(profile, server, runs)) {
+            out() << "  a run failed\n";
             return 1;
         }
-        out().flush();
     }
 
-    out() << "start to the first painted main window, ZanmirLauncher / bare window with a web view, median of " << runs
-          << " runs each (target: 1.1x):\n";
-    out().flush();
-    if (!compareFirstWindow(profile, server, runs)) {
-        out() << "  a run failed\n";
-        return 1;
+    if (wanted("queries")) {
+        out() << "one registry query, Registry::getVersionList, median of 101 (target: under 5 ms at 1,000 groups):\n";
+        for (int groups : { 1000, 5000 }) {
+            if (!measureQueries(profile, groups))
+                return 1;
+            out().flush();
+        }
     }
 
-    out() << "one registry query, Registry::getVersionList, median of 101 (target: under 5 ms at 1,000 groups):\n";
-    for (int groups : { 1000, 5000 }) {
-        if (!measureQueries(profile, groups))
-            return 1;
-        out().flush();
-    }
-
+    if (!wanted("read"))
+        return 0;
     out()
         << "reading a project with EditorDocManager (targets: the archive under 0.2 s, the XML project under 64 MB):\n";
     out().flush();

@@ -2,12 +2,15 @@
 #define SHA256_H
 
 #include <QByteArray>
+#include <QCryptographicHash>
 
 typedef struct evp_md_ctx_st EVP_MD_CTX;
 
 // SHA-256 fed piece by piece, at the speed of the processor's own
 // instructions where it has them, so that hashing an installer on its way to
-// disk does not slow the download.
+// disk does not slow the download. The crypto library behind it is loaded by
+// the first hash, not with the program: most starts hash nothing. Without
+// that library the hash is Qt's own, slower but the same.
 class Sha256
 {
 public:
@@ -20,9 +23,12 @@ public:
     void addData(const char *data, qint64 size);
     // Lower-case hex of everything added since the last reset.
     QByteArray resultHex();
+    // Whether the crypto library does the work (false: Qt's own hash).
+    bool isAccelerated() const { return m_context != nullptr; }
 
 private:
-    EVP_MD_CTX *m_context;
+    EVP_MD_CTX *m_context = nullptr;
+    QCryptographicHash m_fallback;
 };
 
 #endif // SHA256_H

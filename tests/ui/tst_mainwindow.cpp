@@ -14,6 +14,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QMimeData>
+#include <QScrollArea>
 #include <QSignalSpy>
 #include <QToolButton>
 #include <QWebView>
@@ -52,16 +53,19 @@ private slots:
         m_form.reset(new HomeForm);
         m_form->setProcessLauncher(m_launcher);
         // The window's first frame waits for nothing slow: the second
-        // reading of the catalogue and the web pages come after it. Its
-        // badges come from the catalogue read at start.
+        // reading of the catalogue and the web pages, which start the web
+        // engine, come after it. Its badges come from the catalogue read at
+        // start.
         QCOMPARE(catalogueReads(), 1);
-        QVERIFY(m_form->findChild<QWebView *>("webView")->url().isEmpty());
+        QVERIFY(!m_form->findChild<QWebView *>());
         QCOMPARE(m_form->findChild<QToolButton *>("buttonHelp")->icon().pixmap(36, 36).toImage(),
             QIcon(":/icons/howtoweb_update_yellow.png").pixmap(36, 36).toImage());
         m_log.mark();
         m_form->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_form.data()));
         QTRY_VERIFY(m_form->isSetUp());
+        for (const char *area : { "scrollAreaInfo", "scrollAreaHelp" })
+            QVERIFY(m_form->findChild<QScrollArea *>(area)->widget()->findChild<QWebView *>("webView"));
         // Both pages were given their addresses: each load comes to an end.
         QTRY_VERIFY(m_log.newLines().filter("WebBrowserWidget::loadFinished: ").size() >= 2);
     }

@@ -33,6 +33,7 @@ private:
     static QList<QWidget *> buildForms()
     {
         auto *form = new HomeForm;
+        form->makeWebPages();
         new ApplLaunchWidget(form->findChild<QWidget *>("launchButtonWidget")->findChild<QWidget *>("listWidget"));
         new VersionDescWidget(form->findChild<QWidget *>("widgetInstalledEditor")->findChild<QWidget *>("listWidget"));
         return { form, new PreferenceDialog, new UpdateHistoryWidget, new LauncherUpdateWidget,

@@ -6,6 +6,7 @@
 #include "projectopener.h"
 #include "stylesheet.h"
 #include "timerstopper.h"
+#include "webbrowserwidget.h"
 
 #include <QDropEvent>
 #include <QWindow>
@@ -113,10 +114,11 @@ void HomeForm::finishSetUp()
 {
     ui->widgetInstalledEditor->buildRows();
     // The pages are loaded once; Refresh does not reload them.
-    ui->widgetInfo->setProcessLauncher(m_launcher);
-    ui->widgetInfo->setUrl(m_launcher->getWebUrl(QStringLiteral("newsweb")));
-    ui->widgetHelp->setProcessLauncher(m_launcher);
-    ui->widgetHelp->setUrl(m_launcher->getWebUrl(QStringLiteral("howtoweb")));
+    makeWebPages();
+    m_infoPage->setProcessLauncher(m_launcher);
+    m_infoPage->setUrl(m_launcher->getWebUrl(QStringLiteral("newsweb")));
+    m_helpPage->setProcessLauncher(m_launcher);
+    m_helpPage->setUrl(m_launcher->getWebUrl(QStringLiteral("howtoweb")));
 
     m_launcher->refreshUpdateState();
 
@@ -124,6 +126,18 @@ void HomeForm::finishSetUp()
     m_launcher->getRefreshTimer()->start(kRefreshInterval);
     m_launcher->getUpdateNotifier()->restart();
     m_setUp = true;
+}
+
+void HomeForm::makeWebPages()
+{
+    if (m_infoPage)
+        return;
+    m_infoPage = new WebBrowserWidget;
+    m_infoPage->setObjectName(QStringLiteral("widgetInfo"));
+    ui->scrollAreaInfo->setWidget(m_infoPage);
+    m_helpPage = new WebBrowserWidget;
+    m_helpPage->setObjectName(QStringLiteral("widgetHelp"));
+    ui->scrollAreaHelp->setWidget(m_helpPage);
 }
 
 void HomeForm::buttonClicked(const QString &message)

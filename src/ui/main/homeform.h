@@ -6,6 +6,7 @@
 
 class ProcessLauncher;
 class ProjectOpener;
+class WebBrowserWidget;
 
 namespace Ui {
 class HomeForm;
@@ -32,6 +33,11 @@ public:
     void setProcessLauncher(ProcessLauncher *launcher);
     // The web pages are loading and the refresh timer runs.
     bool isSetUp() const { return m_setUp; }
+    // The news and help pages in their scroll areas, with no address yet.
+    // The set-up makes them after the first paint rather than with the
+    // form: a web view's first page starts the web engine, which takes
+    // longer than the rest of the window.
+    void makeWebPages();
 
 public slots:
     void buttonClicked(const QString &message);
@@ -55,6 +61,8 @@ private:
     Ui::HomeForm *ui;
     ProcessLauncher *m_launcher = nullptr;
     ProjectOpener *m_projectOpener = nullptr;
+    WebBrowserWidget *m_infoPage = nullptr;
+    WebBrowserWidget *m_helpPage = nullptr;
     bool m_setUpPending = false;
     bool m_setUp = false;
 };

@@ -59,11 +59,19 @@ void MenuButtonWidget::setProcessLauncher(ProcessLauncher *launcher)
 void MenuButtonWidget::applyIcons()
 {
     // Preference and Refresh keep the icons of the form for good.
-    ui->buttonHome->setIcon(QIcon(m_homeIcon));
-    ui->buttonInfo->setIcon(QIcon(m_infoIcon));
-    ui->buttonHelp->setIcon(QIcon(m_helpIcon));
-    ui->buttonAppl->setIcon(QIcon(m_applIcon));
-    ui->buttonLicense->setIcon(QIcon(m_licenseIcon));
+    ui->buttonHome->setIcon(icon(m_homeIcon));
+    ui->buttonInfo->setIcon(icon(m_infoIcon));
+    ui->buttonHelp->setIcon(icon(m_helpIcon));
+    ui->buttonAppl->setIcon(icon(m_applIcon));
+    ui->buttonLicense->setIcon(icon(m_licenseIcon));
+}
+
+QIcon MenuButtonWidget::icon(const QString &path)
+{
+    auto found = m_icons.find(path);
+    if (found == m_icons.end())
+        found = m_icons.insert(path, QIcon(path));
+    return found.value();
 }
 
 void MenuButtonWidget::clickedButtonHome()

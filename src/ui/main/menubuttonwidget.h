@@ -1,6 +1,8 @@
 #ifndef MENUBUTTONWIDGET_H
 #define MENUBUTTONWIDGET_H
 
+#include <QHash>
+#include <QIcon>
 #include <QString>
 #include <QWidget>
 
@@ -39,6 +41,8 @@ public slots:
 
 private:
     void applyIcons();
+    // Each icon file is read once: the badges come and go.
+    QIcon icon(const QString &path);
 
     Ui::MenuButtonWidget *ui;
     ProcessLauncher *m_launcher = nullptr;
@@ -52,6 +56,7 @@ private:
     QString m_helpIcon;
     QString m_applIcon;
     QString m_licenseIcon;
+    QHash<QString, QIcon> m_icons;
 };
 
 #endif // MENUBUTTONWIDGET_H
