@@ -283,18 +283,14 @@ private slots:
     {
         QTest::addColumn<QString>("leftOver");
         QTest::addColumn<QString>("fate"); // "continued", "moved aside" or "removed"
-        QTest::newRow("ours") << "ours"
-                              << "continued";
-        QTest::newRow("longer than the whole file") << "longer"
-                                                    << "moved aside";
-        QTest::newRow("a folder") << "folder"
-                                  << "moved aside";
-        QTest::newRow("unreadable") << "unreadable"
-                                    << "moved aside";
-        QTest::newRow("no record") << "no record"
-                                   << "moved aside";
-        QTest::newRow("from another address") << "other address"
-                                              << "removed";
+        // clang-format off
+        QTest::newRow("ours") << "ours" << "continued";
+        QTest::newRow("longer than the whole file") << "longer" << "moved aside";
+        QTest::newRow("a folder") << "folder" << "moved aside";
+        QTest::newRow("unreadable") << "unreadable" << "moved aside";
+        QTest::newRow("no record") << "no record" << "moved aside";
+        QTest::newRow("from another address") << "other address" << "removed";
+        // clang-format on
     }
 
     // A part file is continued only when its record says it is ours, for
@@ -364,8 +360,6 @@ private slots:
         QCOMPARE(progress.last(), (QList<QVariant> { total, total }));
     }
 
-    // A server that stops sending is given up after the stall limit, with
-    // the bytes kept for the next try.
     void installerSource_data()
     {
         QTest::addColumn<QString>("catalogue"); // where the catalogue came from
@@ -394,9 +388,7 @@ private slots:
         QFETCH(bool, digest);
         QFETCH(QString, refusal);
         const QByteArray body = pattern(1000);
-        const QByteArray sha256 = digest ? QCryptographicHash::hash(body, QCryptographicHash::Sha256).toHex() : "";
-        QVERIFY(m_updater->setUpdateInfo(
-            CatalogueBuilder().entries({ "launcher 1.1.0.0" }).installer("setup.exe", "/x", sha256).bytes()));
+        publish(digest ? sha256(body) : QByteArray());
         m_updater->setCatalogueUrl(catalogue);
         const QString served = serve(HttpFixture::ok(body));
         const QString url = installer.isEmpty() ? served : installer;
@@ -418,6 +410,8 @@ private slots:
         QVERIFY(!QFile::exists(downloads() + "/setup.exe"));
     }
 
+    // A server that stops sending is given up after the stall limit, with
+    // the bytes kept for the next try.
     void stall()
     {
         m_updater->setStallLimit(300);
@@ -507,9 +501,7 @@ private slots:
     // each result starts the next hash from nothing.
     void hashInPieces()
     {
-        QByteArray bytes;
-        for (int i = 0; i < 300000; ++i)
-            bytes.append(char(i * 7 + i / 251));
+        const QByteArray bytes = pattern(300000);
         Sha256 hash;
         QVERIFY(hash.isAccelerated());
         for (int cut : { 1, 4096, 262144 }) {
