@@ -534,27 +534,35 @@ private slots:
         QCOMPARE(cardNames().first(), QString("ab 1.zmr"));
     }
 
-    // "Open project..." opens the file chosen as a double click in the file
-    // manager does: the editor that fits it or the default version, the
-    // usual boxes, and a history entry.
-    void openProject_data()
+    // A project opens as a double click in the file manager opens it:
+    // chosen with "Open project..." in the editor that fits it or the default
+    // version, or dropped on a tile in that tile's version, whatever saved
+    // it. Of several files dropped only the first project counts; the usual
+    // boxes name what cannot be opened, and a start adds a history entry.
+    void openingAProject_data()
     {
-        QTest::addColumn<QString>("chosen");
+        QTest::addColumn<QString>("how"); // the button, or a drop on the tile of 2.2.01
+        QTest::addColumn<QStringList>("files"); // chosen or dropped
         QTest::addColumn<QString>("setup");
         QTest::addColumn<QString>("started");
         QTest::addColumn<QString>("box");
+        const QString unsupported = "This file has unsupported extension.\n";
         // clang-format off
-        QTest::newRow("fits 2.1.05") << "scene.zmr" << "" << "2.1.05" << "";
-        QTest::newRow("default version wins") << "scene.zmr" << "default 2.2.01" << "2.2.01" << "";
-        QTest::newRow("nothing chosen") << "" << "" << "" << "";
-        QTest::newRow("damaged") << "bad.zmr" << "" << "" << "Failed to open project file.\n\nPlease confirm the file is not corrupted.";
-        QTest::newRow("another kind of file") << "notes.txt" << "" << "" << "This file has unsupported extension.\n@notes.txt";
+        QTest::newRow("chosen, fits 2.1.05") << "button" << QStringList { "scene.zmr" } << "" << "2.1.05" << "";
+        QTest::newRow("chosen, default version wins") << "button" << QStringList { "scene.zmr" } << "default 2.2.01" << "2.2.01" << "";
+        QTest::newRow("nothing chosen") << "button" << QStringList() << "" << "" << "";
+        QTest::newRow("chosen, damaged") << "button" << QStringList { "bad.zmr" } << "" << "" << "Failed to open project file.\n\nPlease confirm the file is not corrupted.";
+        QTest::newRow("chosen, another kind of file") << "button" << QStringList { "notes.txt" } << "" << "" << unsupported + "@notes.txt";
+        QTest::newRow("dropped, one project") << "drop" << QStringList { "scene.zmr" } << "" << "2.2.01" << "";
+        QTest::newRow("dropped, a folder, text, two projects") << "drop" << QStringList { "folder", "notes.txt", "scene.zmr", "other.xml" } << "" << "2.2.01" << unsupported + "@folder\n@notes.txt";
+        QTest::newRow("dropped, nothing to open") << "drop" << QStringList { "notes.txt" } << "" << "" << unsupported + "@notes.txt";
         // clang-format on
     }
 
-    void openProject()
+    void openingAProject()
     {
-        QFETCH(QString, chosen);
+        QFETCH(QString, how);
+        QFETCH(QStringList, files);
         QFETCH(QString, setup);
         QFETCH(QString, started);
         QFETCH(QString, box);
@@ -562,90 +570,56 @@ private slots:
         install("2.2.01");
         addRecent({ "earlier.zmr" });
         QVERIFY(SampleProject::writeProject(project("scene.zmr"), "2.1.5.0"));
+        QVERIFY(SampleProject::writeProject(project("other.xml"), "2.1.5.0"));
         QVERIFY(TestFiles::write(project("bad.zmr"), "PK not really"));
         QVERIFY(TestFiles::write(project("notes.txt"), "text"));
+        QVERIFY(QDir().mkpath(project("folder")));
         if (setup.startsWith("default")) {
             m_launcher->setCurrentEditorInfo(EditorInfo("editor", "release", setup.section(' ', 1)));
             QVERIFY(m_launcher->saveLauncherState());
         }
         QVERIFY(showPage());
 
-        QString folder;
-        ProjectOpener::setChooser([&](QWidget *, const QString &shown) {
-            folder = shown;
-            return chosen.isEmpty() ? QString() : project(chosen);
-        });
-        const auto restore = qScopeGuard([]() { ProjectOpener::setChooser({}); });
         ModalAnswer answer;
-        QTest::mouseClick(m_page->findChild<QToolButton *>("buttonOpenProject"), Qt::LeftButton);
-        QCOMPARE(folder, project(QString()).chopped(1)); // where the latest project is
+        QMimeData data;
+        if (how == "button") {
+            QString folder;
+            ProjectOpener::setChooser([&](QWidget *, const QString &shown) {
+                folder = shown;
+                return files.isEmpty() ? QString() : project(files.first());
+            });
+            const auto restore = qScopeGuard([]() { ProjectOpener::setChooser({}); });
+            QTest::mouseClick(m_page->findChild<QToolButton *>("buttonOpenProject"), Qt::LeftButton);
+            QCOMPARE(folder, project(QString()).chopped(1)); // where the latest project is
+        } else {
+            QList<QUrl> urls;
+            for (const QString &name : files)
+                urls.append(QUrl::fromLocalFile(project(name)));
+            data.setUrls(urls);
+            QWidget *target = tile(tileVersions().indexOf("2.2.01"));
+            QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(target, &enter);
+            QVERIFY(enter.isAccepted());
+            QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(target, &drop);
+            QVERIFY(drop.isAccepted());
+            // A drag of no local file is not taken.
+            QMimeData text;
+            text.setText("scene.zmr");
+            QDragEnterEvent other(QPoint(5, 5), Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(target, &other);
+            QVERIFY(!other.isAccepted());
+        }
         QTRY_COMPARE(answer.texts().join('|'), QString(box).replace('@', project(QString())));
         if (started.isEmpty()) {
             QCOMPARE(editorStarts(), QStringList());
             QCOMPARE(savedHistories(), QStringList { "earlier.zmr 2.1.05" });
         } else {
             QTRY_COMPARE_WITH_TIMEOUT(
-                editorStarts(), QStringList { editorPath(started) + ' ' + project(chosen) }, 10000);
+                editorStarts(), QStringList { editorPath(started) + ' ' + project("scene.zmr") }, 10000);
             QCOMPARE(savedHistories(), (QStringList { "scene.zmr " + started, "earlier.zmr 2.1.05" }));
             QCOMPARE(cardNames(), (QStringList { "scene.zmr", "earlier.zmr" }));
         }
-    }
-
-    // A project dropped on a tile opens in that tile's version, whatever
-    // saved it; of several files only the first project counts, and the
-    // files of no project form are named in the usual box.
-    void dropOnATile_data()
-    {
-        QTest::addColumn<QStringList>("dropped");
-        QTest::addColumn<QString>("box");
-        // clang-format off
-        QTest::newRow("one project") << QStringList { "scene.zmr" } << "";
-        QTest::newRow("a folder, text, two projects") << QStringList { "folder", "notes.txt", "scene.zmr", "other.xml" } << "This file has unsupported extension.\n@folder\n@notes.txt";
-        QTest::newRow("nothing to open") << QStringList { "notes.txt" } << "This file has unsupported extension.\n@notes.txt";
-        // clang-format on
-    }
-
-    void dropOnATile()
-    {
-        QFETCH(QStringList, dropped);
-        QFETCH(QString, box);
-        install("2.1.05");
-        install("2.2.01");
-        QVERIFY(SampleProject::writeProject(project("scene.zmr"), "2.1.5.0"));
-        QVERIFY(SampleProject::writeProject(project("other.xml"), "2.1.5.0"));
-        QVERIFY(TestFiles::write(project("notes.txt"), "text"));
-        QVERIFY(QDir().mkpath(project("folder")));
-        QVERIFY(showPage());
-
-        QMimeData data;
-        QList<QUrl> urls;
-        for (const QString &name : dropped)
-            urls.append(QUrl::fromLocalFile(project(name)));
-        data.setUrls(urls);
-        QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QWidget *target = tile(tileVersions().indexOf("2.2.01"));
-        QApplication::sendEvent(target, &enter);
-        QVERIFY(enter.isAccepted());
-        ModalAnswer answer;
-        QApplication::sendEvent(target, &drop);
-        QVERIFY(drop.isAccepted());
-        QTRY_COMPARE(answer.texts().join('|'), QString(box).replace('@', project(QString())));
-        const bool opens = dropped.filter(QRegularExpression("\\.(zmr|xml)$")).size() > 0;
-        if (opens) {
-            QTRY_COMPARE_WITH_TIMEOUT(
-                editorStarts(), QStringList { editorPath("2.2.01") + ' ' + project("scene.zmr") }, 10000);
-            QCOMPARE(savedHistories(), QStringList { "scene.zmr 2.2.01" });
-        } else {
-            QCOMPARE(editorStarts(), QStringList());
-            QCOMPARE(savedHistories(), QStringList());
-        }
-        // A drag of no local file is not taken.
-        QMimeData text;
-        text.setText("scene.zmr");
-        QDragEnterEvent other(QPoint(5, 5), Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(target, &other);
-        QVERIFY(!other.isAccepted());
     }
 };
 
