@@ -81,19 +81,6 @@ private slots:
         m_log.mark();
     }
 
-    void launcherVersionFromTheRecords()
-    {
-        QVERIFY(start());
-        // Catalogue order follows the subkeys: the older one comes first and is taken.
-        m_profile->registerVersion("L0", "launcher", "release", "1.0.0.0");
-        m_profile->registerVersion("L1", "launcher", "release", "2.0.0.0");
-        QVERIFY(m_launcher->getLauncherVersion());
-        QVERIFY(TestLog::inOrder(m_log.newLines(),
-            { "EditorLaunch::getLauncherVersion: Current launcher Version 1.0.0.0: "
-                    + TestProfile::executablePath("L0"),
-                "EditorLaunch::saveSettings: ApplInfo file updated: " + m_profile->managerFile() }));
-    }
-
     void currentEditorSelection()
     {
         QVERIFY(start("2.1.0.5, 3.0.0.0"));
@@ -227,9 +214,15 @@ private slots:
         else if (change == "default") {
             m_launcher->setCurrentEditorInfo(version);
             QVERIFY(m_launcher->saveLauncherState());
-        } else if (change == "launcher")
+        } else if (change == "launcher") {
+            // Catalogue order follows the subkeys: the older one comes first and is taken.
+            m_profile->registerVersion("L1", "launcher", "release", "2.0.0.0");
             QVERIFY(m_launcher->getLauncherVersion());
-        else if (change == "locale")
+            QVERIFY(TestLog::inOrder(m_log.newLines(),
+                { "EditorLaunch::getLauncherVersion: Current launcher Version 1.0.0.0: "
+                        + TestProfile::executablePath("L0"),
+                    "EditorLaunch::saveSettings: ApplInfo file updated: " + managerFile() }));
+        } else if (change == "locale")
             QVERIFY(m_launcher->setLocale("ja_JP"));
         else if (change == "show all")
             QVERIFY(m_launcher->setShowAllVersions(true));
