@@ -81,20 +81,6 @@ private slots:
         m_log.mark();
     }
 
-    void currentEditorSelection()
-    {
-        QVERIFY(start("2.1.0.5, 3.0.0.0"));
-        m_launcher->setCurrentEditorInfo(EditorInfo("editor", "release", "2.1.0.5"));
-        // The current editor takes the catalogue's name and paths.
-        const EditorInfo installed("editor", "Vorlix Zanmir Editor", "release", "2.1.0.5",
-            TestProfile::executablePath("E0"), TestProfile::uninstallerPath("E0"));
-        QCOMPARE(m_launcher->getApplInfo()->getCurrentEditorInfo().toJson(false), installed.toJson(false));
-
-        // A version that is not installed changes neither.
-        m_launcher->setCurrentEditorInfo(EditorInfo("editor", "beta", "2.1.0.5"));
-        QVERIFY(m_launcher->getApplInfo()->isSelectedVersion(installed));
-    }
-
     void historySerialNumbers_data()
     {
         // "+path" opens a project ("+" alone: none), "-" deletes the most recent entry.
@@ -212,7 +198,13 @@ private slots:
         else if (change == "delete")
             QVERIFY(m_launcher->deleteHistoryInfo(HistoryInfo(window->getHistories().constLast())));
         else if (change == "default") {
+            // Only an installed version becomes the default, with the catalogue's name and paths.
             m_launcher->setCurrentEditorInfo(version);
+            m_launcher->setCurrentEditorInfo(EditorInfo("editor", "beta", "2.1.0.5"));
+            QCOMPARE(window->getCurrentEditorInfo().toJson(false),
+                EditorInfo("editor", "Vorlix Zanmir Editor", "release", "2.1.0.5", TestProfile::executablePath("E0"),
+                    TestProfile::uninstallerPath("E0"))
+                    .toJson(false));
             QVERIFY(m_launcher->saveLauncherState());
         } else if (change == "launcher") {
             // Catalogue order follows the subkeys: the older one comes first and is taken.
