@@ -81,33 +81,6 @@ private slots:
         m_log.mark();
     }
 
-    void launcherVersionFromTheRecords()
-    {
-        QVERIFY(start());
-        // Catalogue order follows the subkeys: the older one comes first and is taken.
-        m_profile->registerVersion("L0", "launcher", "release", "1.0.0.0");
-        m_profile->registerVersion("L1", "launcher", "release", "2.0.0.0");
-        QVERIFY(m_launcher->getLauncherVersion());
-        QVERIFY(TestLog::inOrder(m_log.newLines(),
-            { "EditorLaunch::getLauncherVersion: Current launcher Version 1.0.0.0: "
-                    + TestProfile::executablePath("L0"),
-                "EditorLaunch::saveSettings: ApplInfo file updated: " + m_profile->managerFile() }));
-    }
-
-    void currentEditorSelection()
-    {
-        QVERIFY(start("2.1.0.5, 3.0.0.0"));
-        m_launcher->setCurrentEditorInfo(EditorInfo("editor", "release", "2.1.0.5"));
-        // The current editor takes the catalogue's name and paths.
-        const EditorInfo installed("editor", "Vorlix Zanmir Editor", "release", "2.1.0.5",
-            TestProfile::executablePath("E0"), TestProfile::uninstallerPath("E0"));
-        QCOMPARE(m_launcher->getApplInfo()->getCurrentEditorInfo().toJson(false), installed.toJson(false));
-
-        // A version that is not installed changes neither.
-        m_launcher->setCurrentEditorInfo(EditorInfo("editor", "beta", "2.1.0.5"));
-        QVERIFY(m_launcher->getApplInfo()->isSelectedVersion(installed));
-    }
-
     void historySerialNumbers_data()
     {
         // "+path" opens a project ("+" alone: none), "-" deletes the most recent entry.
@@ -225,11 +198,23 @@ private slots:
         else if (change == "delete")
             QVERIFY(m_launcher->deleteHistoryInfo(HistoryInfo(window->getHistories().constLast())));
         else if (change == "default") {
+            // Only an installed version becomes the default, with the catalogue's name and paths.
             m_launcher->setCurrentEditorInfo(version);
+            m_launcher->setCurrentEditorInfo(EditorInfo("editor", "beta", "2.1.0.5"));
+            QCOMPARE(window->getCurrentEditorInfo().toJson(false),
+                EditorInfo("editor", "Vorlix Zanmir Editor", "release", "2.1.0.5", TestProfile::executablePath("E0"),
+                    TestProfile::uninstallerPath("E0"))
+                    .toJson(false));
             QVERIFY(m_launcher->saveLauncherState());
-        } else if (change == "launcher")
+        } else if (change == "launcher") {
+            // Catalogue order follows the subkeys: the older one comes first and is taken.
+            m_profile->registerVersion("L1", "launcher", "release", "2.0.0.0");
             QVERIFY(m_launcher->getLauncherVersion());
-        else if (change == "locale")
+            QVERIFY(TestLog::inOrder(m_log.newLines(),
+                { "EditorLaunch::getLauncherVersion: Current launcher Version 1.0.0.0: "
+                        + TestProfile::executablePath("L0"),
+                    "EditorLaunch::saveSettings: ApplInfo file updated: " + managerFile() }));
+        } else if (change == "locale")
             QVERIFY(m_launcher->setLocale("ja_JP"));
         else if (change == "show all")
             QVERIFY(m_launcher->setShowAllVersions(true));

@@ -370,15 +370,12 @@ private slots:
         const QString loadError = info.getErrorText();
         QCOMPARE(loadError, QString("Failed to load ApplInfo file: "));
 
-        QVERIFY(!info.createFile());
-        QCOMPARE(info.getInfoText(), "Failed to create ApplInfo file: Failed to open new file: " + file);
-        QCOMPARE(info.getErrorText(), loadError);
-        QCOMPARE(info.getLockText(), lock + "; nothing saved: " + info.getInfoText());
-
-        QVERIFY(!info.saveChange([&info]() { info.setLocale("ja_JP"); }));
-        QCOMPARE(info.getInfoText(), "Failed to update ApplInfo file: Failed to open new file: " + file);
-        QCOMPARE(info.getErrorText(), loadError);
-        QCOMPARE(info.getLockText(), lock + "; nothing saved: " + info.getInfoText());
+        for (const QString action : { "create", "update" }) {
+            QVERIFY(action == "create" ? !info.createFile() : !info.saveChange([&info]() { info.setLocale("ja_JP"); }));
+            QCOMPARE(info.getInfoText(), "Failed to " + action + " ApplInfo file: Failed to open new file: " + file);
+            QCOMPARE(info.getErrorText(), loadError);
+            QCOMPARE(info.getLockText(), lock + "; nothing saved: " + info.getInfoText());
+        }
     }
 
     void readOnlyFolder_data()

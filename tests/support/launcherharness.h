@@ -33,7 +33,6 @@ public:
     // then killed, so a hang fails the test.
     bool waitForFinished(int msecs);
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
-    bool timedOut() const { return m_timedOut; }
     // True when the process started and ended by itself with this status.
     // (Qt reports status 0 for a program that never started.)
     bool exitedWith(int code) const

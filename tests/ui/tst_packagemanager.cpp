@@ -40,14 +40,14 @@ private:
     // The uninstall records as a program leaves them: "installed" (2.1.0.9
     // beside 2.1.0.5), "updated" (2.1.0.9 only), "uninstalled" (neither).
     QString records(const QString &state) const { return m_profile->root() + "/records-" + state + ".ini"; }
-    // A program that notes its run with its arguments, leaves the records
-    // in that state (none: as they are), and exits with that status.
-    QByteArray script(const QString &name, const QString &state = QString(), int status = 0) const
+    // A program that notes its run with its arguments and leaves the records
+    // in that state (none: as they are).
+    QByteArray script(const QString &name, const QString &state = QString()) const
     {
         QString text = "#!/bin/sh\necho " + name + " \"$@\" >> \"" + ranLog() + "\"\n";
         if (!state.isEmpty())
             text += "cp \"" + records(state) + "\" \"" + SystemSettings::uninstallRecordsFile() + "\"\n";
-        return (text + QStringLiteral("exit %1\n").arg(status)).toUtf8();
+        return text.toUtf8();
     }
     void writeRecords(const QString &state, const QStringList &versions) const
     {
@@ -185,8 +185,6 @@ private slots:
         };
         // clang-format off
         QTest::newRow("install") << "install" << "" << QStringList { "Yes" } << history << "installer" << installed << true << in("installEditor", { added });
-        // An exit status is no outcome: the records tell.
-        QTest::newRow("install, exits 3 but installed") << "install" << "exits 3" << QStringList { "Yes" } << history << "installer" << installed << true << in("installEditor", { added });
         QTest::newRow("install, installs nothing, Yes") << "install" << "installs nothing" << QStringList { "Yes", "Yes" } << history + QStringList { "Confirm: Are you finished to install NEW ?" } << "installer" << "" << true << in("installEditor", { asked, unchanged });
         QTest::newRow("install, installs nothing, No") << "install" << "installs nothing" << QStringList { "Yes", "No" } << history + QStringList { "Confirm: Are you finished to install NEW ?" } << "installer" << "-" << true << in("installEditor", { asked });
         QTest::newRow("install, network down") << "install" << "network down" << QStringList { "Ok" } << QStringList { "error: Network is not available.\nCannot install.\n\nCheck network settings." } << "" << "-" << false << QStringList { "PackageManager::installEditor: network is not available." };
@@ -212,9 +210,7 @@ private slots:
         QTest::newRow("uninstall without uninstaller") << "uninstall" << "no uninstaller" << QStringList { "Ok" } << QStringList { "Error: Path not found: uninstaller of OLD" } << "" << "-" << false << QStringList();
         // Uninstall commands as installers write them.
         QTest::newRow("quoted, with arguments") << "uninstall" << "quoted" << QStringList { "Yes" } << QStringList { "Confirm: Are you sure to uninstall OLD ?" } << "uninstaller /S --keep settings" << uninstalled << false << in("uninstallEditor", { uninstalling, removed });
-        QTest::newRow("blank in the path, unquoted") << "uninstall" << "" << QStringList { "Yes" } << QStringList { "Confirm: Are you sure to uninstall OLD ?" } << "uninstaller" << uninstalled << false << in("uninstallEditor", { uninstalling, removed });
         QTest::newRow("unbalanced quotes") << "uninstall" << "unbalanced" << QStringList { "Yes", "Ok" } << QStringList { "Confirm: Are you sure to uninstall OLD ?", "Error: Failed to start uninstaller of OLD\n\nUnbalanced quotes in the command: [%u]" } << "" << "-" << false << QStringList { uninstalling };
-        QTest::newRow("names no program") << "uninstall" << "gone" << QStringList { "Yes", "Ok" } << QStringList { "Confirm: Are you sure to uninstall OLD ?", "Error: Failed to start uninstaller of OLD\n\nFile not found: " } << "" << "-" << false << QStringList { uninstalling };
         // clang-format on
     }
 
@@ -229,7 +225,7 @@ private slots:
         QFETCH(bool, fetched);
         QFETCH(QStringList, logged);
         const QHash<QString, QString> commands { { "no uninstaller", "" },
-            { "missing uninstaller", m_profile->root() + "/gone" }, { "gone", m_profile->root() + "/gone /S" },
+            { "missing uninstaller", m_profile->root() + "/gone" },
             { "quoted", '"' + uninstaller() + "\" /S \"--keep settings\"" },
             { "unbalanced", '"' + uninstaller() + " /S" } };
         const QString command = commands.value(setup, uninstaller());
@@ -247,9 +243,8 @@ private slots:
         }
         const bool installs = setup != "installs nothing";
         m_server.setAnswer(m_installer,
-            HttpFixture::ok(setup == "not a program"
-                    ? "plain text"
-                    : script("installer", installs ? "installed" : QString(), setup == "exits 3" ? 3 : 0)));
+            HttpFixture::ok(
+                setup == "not a program" ? "plain text" : script("installer", installs ? "installed" : QString())));
         QVERIFY(TestFiles::write(uninstaller(),
             script("uninstaller",
                 setup == "removes nothing" ? QString()

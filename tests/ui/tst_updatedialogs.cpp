@@ -67,13 +67,16 @@ private:
             return true;
         });
     }
+    // Clicks the button of that window, or of any modal one that has it, once it is in front.
     void click(QWidget *window, const QString &button)
     {
         then([window, button]() {
-            if (QApplication::activeModalWidget() != window)
+            QWidget *modal = QApplication::activeModalWidget();
+            auto *target = modal ? modal->findChild<QToolButton *>(button) : nullptr;
+            if (!target || (window && modal != window))
                 return false;
             // Queued: a button that opens a box must not hold up the next step.
-            QMetaObject::invokeMethod(window->findChild<QToolButton *>(button), "click", Qt::QueuedConnection);
+            QMetaObject::invokeMethod(target, "click", Qt::QueuedConnection);
             return true;
         });
     }
@@ -104,33 +107,75 @@ private slots:
         m_log.mark();
     }
 
-    void downloadDialogProgress_data()
+    void downloadDialogEnds_data()
     {
-        QTest::addColumn<bool>("withLength");
-        QTest::newRow("with length") << true;
-        QTest::newRow("without length") << false;
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("user"); // how the user goes on after the box, if at all
+        QTest::addColumn<QString>("box"); // "Error: ..."; empty for none
+        QTest::addColumn<int>("result");
+        const QString lost = "Error: The connection was lost after "
+            + DownloadTexts::sizeOf(100000, installerScript().toUtf8().size() + 300000) + '.';
+        // clang-format off
+        QTest::newRow("installer runs") << "installer" << "" << "" << 1;
+        QTest::newRow("installer runs, length unknown") << "no length" << "" << "" << 1;
+        // Retry continues where the download stopped, and a success then runs the installer as usual.
+        QTest::newRow("broken off, then Retry") << "broken" << "retryButton" << lost << 1;
+        QTest::newRow("certificate not trusted") << "untrusted" << "cancelButton" << "Error: The server's certificate could not be verified, so the download was stopped." << 0;
+        QTest::newRow("404, then Cancel") << "404" << "cancelButton" << "Error: The installer was not found on the server (HTTP 404)." << 0;
+        QTest::newRow("404, then close") << "404" << "close" << "Error: The installer was not found on the server (HTTP 404)." << 0;
+        QTest::newRow("tampered installer") << "tampered" << "cancelButton" << "Error: The downloaded file is not the installer that was published (its checksum differs)." << 0;
+        QTest::newRow("not a program") << "text" << "" << "Error: ApplUpdater::openExecutableFile: failed ShellExecuteEx " << 0;
+        QTest::newRow("Cancel mid-transfer") << "stalled" << "cancelButton" << "" << 0;
+        QTest::newRow("Escape mid-transfer") << "stalled" << "escape" << "" << 0;
+        // clang-format on
     }
 
-    // The bar follows each progress as it comes, in thousandths of the
-    // whole, and the line below gives the bytes; while the length is
-    // unknown the bar is busy and the line says how much came so far.
-    void downloadDialogProgress()
+    // exec() returns 1 only when the installer started. The bar follows
+    // each progress as it comes, in thousandths of the whole, and the line
+    // below gives the bytes; while the length is unknown the bar is busy and
+    // the line says how much came so far. A failure says its cause in a box
+    // and in the dialog, which stays with Retry until the user ends it; a
+    // file that does not start closes it after the box.
+    void downloadDialogEnds()
     {
-        QFETCH(bool, withLength);
-        QByteArray body = installerScript().toUtf8();
-        body.append(QByteArray(400000, '#'));
-        m_server.setAnswer("/installer", HttpFixture::trickled(body, withLength));
+        QFETCH(QString, answer);
+        QFETCH(QString, user);
+        QFETCH(QString, box);
+        QFETCH(int, result);
+        const QByteArray script = installerScript().toUtf8(), padded = script + QByteArray(300000, '#');
+        if (answer == "installer" || answer == "no length" || answer == "tampered")
+            offerLauncher("1.1.0.0", QCryptographicHash::hash(padded, QCryptographicHash::Sha256).toHex());
+        const QHash<QString, HttpFixture::Answer> answers { { "installer", HttpFixture::trickled(padded) },
+            { "no length", HttpFixture::trickled(padded, false) },
+            { "404", HttpFixture::status(404, "Not Found", "gone") },
+            { "tampered", HttpFixture::ok(script + "echo more >> \"$HOME/tampered\"\n") },
+            { "text", HttpFixture::ok("plain text") }, { "stalled", HttpFixture::stalled(script) } };
+        m_server.setAnswer("/installer", answers.value(answer));
+        if (answer == "broken") {
+            HttpFixture::Answer broken = HttpFixture::resumable(padded, "\"r1\"");
+            broken.dropAt = 100000;
+            m_server.setAnswer("/installer", broken);
+        }
+        UntrustedTlsServer tls;
+        QVERIFY(answer != "untrusted" || tls.start());
+
         DownloadDialog dialog(true, nullptr);
         dialog.setProcessLauncher(m_launcher);
-        const QString url = m_server.url("/installer");
+        const int requests = m_server.requestCount("/installer");
+        auto *retry = dialog.findChild<QToolButton *>("retryButton");
+        QStringList afterBox;
+        const QString url = answer == "untrusted" ? tls.url("/installer") : m_server.url("/installer");
         QVERIFY(dialog.startDownload(url, m_installer));
         auto *bar = dialog.findChild<QProgressBar *>("progressBar");
         auto *status = dialog.findChild<QLabel *>("statusLabel");
         QStringList wrong;
         int unknown = 0;
-        // Connected after the dialog, so it sees the bar as the dialog left it.
+        // Connected after the dialog, so it sees the bar as the dialog left it
+        // (until a retry connects the dialog anew).
         connect(
             m_launcher->getApplUpdater(), &ApplUpdater::signalUpdateProgress, this, [&](qint64 bytes, qint64 total) {
+                if (afterBox.size() > 0)
+                    return;
                 unknown += total < 0;
                 // A busy bar has no value of its own.
                 const QString seen = QStringLiteral("%1/%2 %3 %4")
@@ -145,61 +190,8 @@ private slots:
                 if (!seen.startsWith(expected))
                     wrong.append(seen + " for " + expected);
             });
-        QCOMPARE(dialog.exec(), 1);
-        disconnect(m_launcher->getApplUpdater(), &ApplUpdater::signalUpdateProgress, this, nullptr);
-        QCOMPARE(wrong, QStringList());
-        QCOMPARE(unknown > 0, !withLength);
-        QCOMPARE(dialog.minimumSize(), QSize(390, 210));
-        QCOMPARE(dialog.maximumSize(), QSize(390, 210));
-        QVERIFY(QFile::exists(marker())); // waited for: it has run
-        QVERIFY(TestLog::inOrder(m_log.newLines(),
-            { "DownloadDialog:: Download started: " + url,
-                "ApplUpdater::openDownloadFile: "
-                "ApplUpdater::openExecutableFile: "
-                    + downloaded() }));
-    }
-
-    void downloadDialogEnds_data()
-    {
-        QTest::addColumn<QString>("answer");
-        QTest::addColumn<QString>("user"); // how the user ends the dialog after the box, if at all
-        QTest::addColumn<QString>("box"); // "Error: ..."; empty for none
-        QTest::addColumn<int>("result");
-        // clang-format off
-        QTest::newRow("installer runs") << "installer" << "" << "" << 1;
-        QTest::newRow("404, then Cancel") << "404" << "cancelButton" << "Error: The installer was not found on the server (HTTP 404)." << 0;
-        QTest::newRow("404, then close") << "404" << "close" << "Error: The installer was not found on the server (HTTP 404)." << 0;
-        QTest::newRow("tampered installer") << "tampered" << "cancelButton" << "Error: The downloaded file is not the installer that was published (its checksum differs)." << 0;
-        QTest::newRow("not a program") << "text" << "" << "Error: ApplUpdater::openExecutableFile: failed ShellExecuteEx " << 0;
-        QTest::newRow("Cancel mid-transfer") << "stalled" << "cancelButton" << "" << 0;
-        QTest::newRow("Escape mid-transfer") << "stalled" << "escape" << "" << 0;
-        // clang-format on
-    }
-
-    // exec() returns 1 only when the installer started. A failure says its
-    // cause in a box and in the dialog, which stays with Retry until the
-    // user ends it; a file that does not start closes it after the box.
-    void downloadDialogEnds()
-    {
-        QFETCH(QString, answer);
-        QFETCH(QString, user);
-        QFETCH(QString, box);
-        QFETCH(int, result);
-        const QByteArray script = installerScript().toUtf8();
-        if (answer == "installer" || answer == "tampered")
-            offerLauncher("1.1.0.0", QCryptographicHash::hash(script, QCryptographicHash::Sha256).toHex());
-        const QHash<QString, HttpFixture::Answer> answers { { "installer", HttpFixture::ok(script) },
-            { "404", HttpFixture::status(404, "Not Found", "gone") },
-            { "tampered", HttpFixture::ok(script + "echo more >> \"$HOME/tampered\"\n") },
-            { "text", HttpFixture::ok("plain text") }, { "stalled", HttpFixture::stalled(script) } };
-        m_server.setAnswer("/installer", answers.value(answer));
-
-        DownloadDialog dialog(true, nullptr);
-        dialog.setProcessLauncher(m_launcher);
-        const int requests = m_server.requestCount("/installer");
-        auto *retry = dialog.findChild<QToolButton *>("retryButton");
-        QStringList afterBox;
-        QVERIFY(dialog.startDownload(m_server.url("/installer"), m_installer));
+        const auto disconnectAtEnd = qScopeGuard(
+            [this]() { disconnect(m_launcher->getApplUpdater(), &ApplUpdater::signalUpdateProgress, this, nullptr); });
         if (!box.isEmpty())
             answerBox(QMessageBox::Ok);
         if (!user.isEmpty()) {
@@ -212,19 +204,22 @@ private slots:
                 // Still open after the box, with the cause and a way to try again.
                 afterBox << dialog.findChild<QLabel *>("captionLabel")->text()
                          << dialog.findChild<QLabel *>("statusLabel")->text() << QString::number(retry->isVisible());
+                if (answer == "broken")
+                    m_server.setAnswer("/installer", HttpFixture::resumable(padded, "\"r1\""));
                 return true;
             });
-            if (user == "close")
-                then([&dialog]() { return dialog.close(); });
-            else if (user == "escape")
-                then([&dialog]() {
-                    QTest::keyClick(&dialog, Qt::Key_Escape);
-                    return true;
+            if (user == "close" || user == "escape")
+                then([&]() {
+                    return user == "close" ? dialog.close() : (QTest::keyClick(&dialog, Qt::Key_Escape), true);
                 });
             else
                 click(&dialog, user);
         }
         QCOMPARE(dialog.exec(), result);
+        QCOMPARE(wrong.join(QLatin1Char('\n')), QString());
+        QCOMPARE(unknown > 0, answer == "no length");
+        QCOMPARE(dialog.minimumSize(), QSize(390, 210));
+        QCOMPARE(dialog.maximumSize(), QSize(390, 210));
         QCOMPARE(m_boxes.size(), box.isEmpty() ? 0 : 1);
         QVERIFY2(box.isEmpty() || m_boxes.first().startsWith(box), qPrintable(m_boxes.join('\n')));
         if (!user.isEmpty()) {
@@ -234,10 +229,19 @@ private slots:
             QCOMPARE(afterBox, expected);
         }
         QCOMPARE(QFile::exists(marker()), result == 1);
-        QCOMPARE(QFile::exists(downloaded()), answer == "installer" || answer == "text");
+        QVERIFY(result == 0
+            || TestLog::inOrder(m_log.newLines(),
+                { "DownloadDialog:: Download started: " + url,
+                    "ApplUpdater::openDownloadFile: ApplUpdater::openExecutableFile: " + downloaded() }));
+        QCOMPARE(QFile::exists(downloaded()), result == 1 || answer == "text");
+        if (answer == "broken") {
+            QVERIFY(m_server.lastRequest("/installer").contains("\r\nRange: bytes=100000-\r\n"));
+            QCOMPARE(TestFiles::read(downloaded()), padded);
+        }
+        QVERIFY(answer != "untrusted" || tls.handshakes() > 0);
         QVERIFY(!m_launcher->getApplUpdater()->isDownloading());
-        const QString ended = user == "close" ? "DownloadDialog::closed()" : "DownloadDialog::cancelClicked()";
-        QCOMPARE(m_log.newLines().contains(ended), !user.isEmpty());
+        const QHash<QString, QString> ends { { "close", "closed()" }, { "retryButton", "retryClicked()" } };
+        QCOMPARE(m_log.newLines().contains("DownloadDialog::" + ends.value(user, "cancelClicked()")), !user.isEmpty());
     }
 
     // While the installer runs the dialog says so, with a busy bar and
@@ -284,68 +288,19 @@ private slots:
         QVERIFY(m_steps.isEmpty());
     }
 
-    void untrustedInstaller_data()
+    // An installer that nothing could vouch for is not fetched, and the
+    // user learns why; the dialog never runs.
+    void unvouchedInstaller()
     {
-        QTest::addColumn<bool>("certificate"); // a server whose certificate is not trusted, or plain http elsewhere
-        QTest::addColumn<QString>("box");
-        // clang-format off
-        QTest::newRow("certificate not trusted") << true << "Error: The server's certificate could not be verified, so the download was stopped.";
-        QTest::newRow("plain http, no digest") << false << "Error: The installer was not downloaded: it, or the update catalogue that names it, comes over an unencrypted connection";
-        // clang-format on
-    }
-
-    // The user learns why an installer was not fetched: the server's
-    // certificate failed, and the dialog stays until the user ends it; or
-    // nothing could vouch for the file, and the dialog never runs.
-    void untrustedInstaller()
-    {
-        QFETCH(bool, certificate);
-        QFETCH(QString, box);
-        UntrustedTlsServer tls;
-        QVERIFY(tls.start());
         DownloadDialog dialog(true, nullptr);
         dialog.setProcessLauncher(m_launcher);
         answerBox(QMessageBox::Ok);
-        if (!certificate) {
-            QVERIFY(!dialog.startDownload("http://dl.zanmir.example/" + m_installer, m_installer));
-        } else {
-            QVERIFY(dialog.startDownload(tls.url("/installer"), m_installer));
-            click(&dialog, "cancelButton");
-            QCOMPARE(dialog.exec(), 0);
-            QVERIFY(tls.handshakes() > 0);
-        }
+        QVERIFY(!dialog.startDownload("http://dl.zanmir.example/" + m_installer, m_installer));
         QCOMPARE(m_boxes.size(), 1);
-        QVERIFY2(m_boxes.first().startsWith(box), qPrintable(m_boxes.first()));
+        QVERIFY2(m_boxes.first().startsWith("Error: The installer was not downloaded: it, or the update catalogue "
+                                            "that names it, comes over an unencrypted connection"),
+            qPrintable(m_boxes.first()));
         QVERIFY(!QFile::exists(downloaded()));
-    }
-
-    // Retry continues a download that broke off where it stopped, and a
-    // success then runs the installer as usual.
-    void downloadDialogRetryResumes()
-    {
-        QByteArray body = installerScript().toUtf8();
-        body.append(QByteArray(300000, '#'));
-        HttpFixture::Answer broken = HttpFixture::resumable(body, "\"r1\"");
-        broken.dropAt = 100000;
-        m_server.setAnswer("/installer", broken);
-        DownloadDialog dialog(true, nullptr);
-        dialog.setProcessLauncher(m_launcher);
-        QVERIFY(dialog.startDownload(m_server.url("/installer"), m_installer));
-        answerBox(QMessageBox::Ok);
-        QString cause;
-        then([&]() {
-            cause = dialog.findChild<QLabel *>("statusLabel")->text();
-            m_server.setAnswer("/installer", HttpFixture::resumable(body, "\"r1\""));
-            return true;
-        });
-        click(&dialog, "retryButton");
-        QCOMPARE(dialog.exec(), 1);
-        QCOMPARE(m_boxes, QStringList { "Error: " + cause });
-        QCOMPARE(cause, "The connection was lost after " + DownloadTexts::sizeOf(100000, body.size()) + '.');
-        QVERIFY(m_server.lastRequest("/installer").contains("\r\nRange: bytes=100000-\r\n"));
-        QCOMPARE(TestFiles::read(downloaded()), body);
-        QVERIFY(QFile::exists(marker()));
-        QVERIFY(m_log.newLines().contains("DownloadDialog::retryClicked()"));
     }
 
     void downloadTexts_data()
@@ -353,9 +308,6 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
         const qint64 mb = 1024 * 1024;
-        DownloadFailure notFound;
-        notFound.kind = DownloadFailure::HttpStatus;
-        notFound.httpStatus = 404;
         DownloadFailure lost;
         lost.kind = DownloadFailure::ConnectionLost;
         lost.bytesDone = 120 * mb;
@@ -365,7 +317,6 @@ private slots:
         full.bytesNeeded = 480 * mb;
         full.bytesFree = 120 * mb;
         // clang-format off
-        QTest::newRow("not found") << DownloadTexts::failure(notFound) << "The installer was not found on the server (HTTP 404).";
         QTest::newRow("connection lost") << DownloadTexts::failure(lost) << "The connection was lost after 120 of 480 MB.";
         QTest::newRow("no space") << DownloadTexts::failure(full) << "Not enough free space in Downloads: 480 MB needed, 120 MB free.";
         // One decimal below ten units, so that 1.5 does not read as 2.
@@ -406,6 +357,11 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         auto *status = dialog.findChild<QLabel *>("statusLabel");
         QStringList clipped;
+        const auto show = [&clipped](QLabel *label, const QString &text) {
+            label->setText(text);
+            if (label->heightForWidth(label->width()) > label->height())
+                clipped.append(text);
+        };
         for (int kind = DownloadFailure::FileNameRefused; kind < DownloadFailure::Other; ++kind) {
             DownloadFailure failure;
             failure.kind = DownloadFailure::Kind(kind);
@@ -415,31 +371,18 @@ private slots:
             failure.stallSeconds = 30;
             failure.detail
                 = kind == DownloadFailure::WriteFailed ? "No space left on device" : "ZanmirSetup_2.3.01.exe";
-            const QString text = DownloadTexts::failure(failure);
-            status->setText(text);
-            if (status->heightForWidth(status->width()) > status->height())
-                clipped.append(text);
+            show(status, DownloadTexts::failure(failure));
         }
-        const QString progress
-            = DownloadTexts::progress(1234LL * 1024 * 1024, 4321LL * 1024 * 1024, 12.5 * 1024 * 1024);
-        status->setText(progress);
-        if (status->heightForWidth(status->width()) > status->height())
-            clipped.append(progress);
+        show(status, DownloadTexts::progress(1234LL * 1024 * 1024, 4321LL * 1024 * 1024, 12.5 * 1024 * 1024));
         // The programs' stages, with the longest names the records give.
         for (const char *text : { "The installer runs in a window of its own; this one closes when it has ended.",
-                 "The uninstaller runs in a window of its own; this one closes when it has ended." }) {
-            status->setText(DownloadTexts::tr(text));
-            if (status->heightForWidth(status->width()) > status->height())
-                clipped.append(status->text());
-        }
+                 "The uninstaller runs in a window of its own; this one closes when it has ended." })
+            show(status, DownloadTexts::tr(text));
         auto *caption = dialog.findChild<QLabel *>("captionLabel");
         for (const QString &text : { DownloadTexts::tr("The download failed."),
                  DownloadTexts::tr("Installing %1 ver %2...").arg("Vorlix Zanmir Editor", "2.10.100d"),
-                 DownloadTexts::tr("Uninstalling %1 ver %2...").arg("Vorlix Zanmir Editor", "2.10.100d") }) {
-            caption->setText(text);
-            if (caption->heightForWidth(caption->width()) > caption->height())
-                clipped.append(text);
-        }
+                 DownloadTexts::tr("Uninstalling %1 ver %2...").arg("Vorlix Zanmir Editor", "2.10.100d") })
+            show(caption, text);
         for (QWidget *widget :
             { dialog.findChild<QWidget *>("retryButton"), dialog.findChild<QWidget *>("cancelButton") }) {
             if (widget->sizeHint().width() > widget->width())
@@ -513,20 +456,29 @@ private slots:
     void launcherWindow_data()
     {
         QTest::addColumn<QString>("offered"); // the catalogue's launcher; 1.0.0.0 is the installed one
-        QTest::addColumn<bool>("enabled");
-        QTest::newRow("newer launcher") << "1.1.0.0" << true;
-        QTest::newRow("nothing newer") << "1.0.0.0" << false;
+        QTest::addColumn<QString>("answer"); // to the question whether to download; none when nothing is offered
+        // clang-format off
+        QTest::newRow("nothing newer") << "1.0.0.0" << "";
+        QTest::newRow("newer launcher, No") << "1.1.0.0" << "No";
+        QTest::newRow("newer launcher, Yes, the download fails") << "1.1.0.0" << "Yes";
+        // clang-format on
     }
 
     // The update window styles itself, shows the launcher's notes and the
-    // version on offer; without one only its close button is left.
+    // version on offer; without one only its close button is left. A No, or
+    // a download that fails and is cancelled, leaves the window as it was,
+    // and nothing is started.
     void launcherWindow()
     {
         QFETCH(QString, offered);
-        QFETCH(bool, enabled);
+        QFETCH(QString, answer);
+        const bool enabled = !answer.isEmpty();
         offerLauncher(offered);
+        m_server.setAnswer("/installer?t=pe1", HttpFixture::status(404, "Not Found", "gone"));
         LauncherUpdateWidget window;
         window.setProcessLauncher(m_launcher);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
         QCOMPARE(window.windowTitle(), QString("Update Zanmir Launcher"));
         QVERIFY(window.styleSheet().contains("LauncherUpdateWidget QFrame#historyFrame"));
         QCOMPARE(window.findChild<QToolButton *>("launcherUpdateButton")->isEnabled(), enabled);
@@ -536,35 +488,13 @@ private slots:
                     .startsWith(QStringLiteral("A new version (%1) of Zanmir Launcher is ready.\n")
                                     .arg(enabled ? offered : QString())));
         QVERIFY(pageLoaded(m_launcher->getWebUrl("launcher_history_web")));
-    }
+        if (!enabled)
+            return;
 
-    void launcherWindowStays_data()
-    {
-        QTest::addColumn<QString>("answer"); // to the question whether to download
-        QTest::newRow("No") << "No";
-        QTest::newRow("Yes, the download fails") << "Yes";
-    }
-
-    // A No, or a download that fails and is cancelled, leaves the update
-    // window as it was, and nothing is started.
-    void launcherWindowStays()
-    {
-        QFETCH(QString, answer);
-        m_server.setAnswer("/installer?t=pe1", HttpFixture::status(404, "Not Found", "gone"));
-        LauncherUpdateWidget window;
-        window.setProcessLauncher(m_launcher);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
         answerBox(answer == "Yes" ? QMessageBox::Yes : QMessageBox::No);
         if (answer == "Yes") {
             answerBox(QMessageBox::Ok);
-            then([]() {
-                auto *dialog = qobject_cast<DownloadDialog *>(QApplication::activeModalWidget());
-                if (dialog)
-                    QMetaObject::invokeMethod(
-                        dialog->findChild<QToolButton *>("cancelButton"), "click", Qt::QueuedConnection);
-                return dialog != nullptr;
-            });
+            click(nullptr, "cancelButton"); // of the download dialog
         }
         window.findChild<QToolButton *>("launcherUpdateButton")->click();
         QCOMPARE(m_boxes.value(0), QString("Confirm: Are you sure to download installer for Launcher ver 1.1.0.0?"));
