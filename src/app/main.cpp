@@ -6,6 +6,8 @@
 #include <QTranslator>
 
 #ifdef ZANMIR_WINDOW_MODULE
+#include "launchermodule.h"
+
 #include <QLibrary>
 #else
 #include "windowentry.h"
@@ -15,8 +17,9 @@ namespace {
 
 using WindowEntry = int (*)(ProcessLauncher *);
 
-// The windows and WebKit behind them are loaded only when a window is shown:
-// an open-with start, the launcher's daily use, stays as light as it can be.
+// The windows are loaded only when a window is shown, and WebKit only once
+// it has been painted: an open-with start, the launcher's daily use, stays
+// as light as it can be.
 class Windows
 {
 public:
@@ -27,14 +30,10 @@ public:
     int run(const char *entryName)
     {
 #ifdef ZANMIR_WINDOW_MODULE
-        // Beside the executable in the build tree, in its library folder once installed.
-        const QString folder = QCoreApplication::applicationDirPath();
-        for (const QString &path : { folder + QStringLiteral("/" ZANMIR_WINDOW_MODULE),
-                 folder + QStringLiteral("/" ZANMIR_WINDOW_MODULE_FOLDER "/" ZANMIR_WINDOW_MODULE) }) {
-            m_module.setFileName(path);
-            if (m_module.load())
-                break;
-        }
+        // Its classes are global: the web pages' module, loaded after the
+        // window's first paint, builds on them.
+        m_module.setLoadHints(QLibrary::ExportExternalSymbolsHint);
+        LauncherModule::load(m_module, QStringLiteral(ZANMIR_WINDOW_MODULE));
         const auto entry = reinterpret_cast<WindowEntry>(m_module.resolve(entryName));
         if (!entry) {
             m_launcher.writeLog(QStringLiteral("main: cannot load the windows: %1").arg(m_module.errorString()));

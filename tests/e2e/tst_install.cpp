@@ -68,9 +68,9 @@ private slots:
         installed.sort();
         QCOMPARE(installed,
             (QStringList { "bin/ZanmirLauncher", "lib/zanmir-launcher/zanmir-launcher-ui.so",
-                "libexec/zanmir-thumbnailer", "share/applications/zanmir-launcher.desktop",
-                "share/doc/zanmir-launcher/changelog.gz", "share/doc/zanmir-launcher/copyright",
-                "share/icons/hicolor/256x256/apps/zanmir-launcher.png",
+                "lib/zanmir-launcher/zanmir-launcher-web.so", "libexec/zanmir-thumbnailer",
+                "share/applications/zanmir-launcher.desktop", "share/doc/zanmir-launcher/changelog.gz",
+                "share/doc/zanmir-launcher/copyright", "share/icons/hicolor/256x256/apps/zanmir-launcher.png",
                 "share/icons/hicolor/256x256@2/apps/zanmir-launcher.png", "share/man/man1/ZanmirLauncher.1.gz",
                 "share/man/man1/zanmir-thumbnailer.1.gz", "share/metainfo/example.zanmir.launcher.metainfo.xml",
                 "share/mime/packages/zanmir-launcher.xml", "share/thumbnailers/zanmir-launcher.thumbnailer",

@@ -6,7 +6,7 @@
 #include "projectopener.h"
 #include "stylesheet.h"
 #include "timerstopper.h"
-#include "webbrowserwidget.h"
+#include "webpage.h"
 
 #include <QDropEvent>
 #include <QWindow>
@@ -132,10 +132,10 @@ void HomeForm::makeWebPages()
 {
     if (m_infoPage)
         return;
-    m_infoPage = new WebBrowserWidget;
+    m_infoPage = WebPage::make();
     m_infoPage->setObjectName(QStringLiteral("widgetInfo"));
     ui->scrollAreaInfo->setWidget(m_infoPage);
-    m_helpPage = new WebBrowserWidget;
+    m_helpPage = WebPage::make();
     m_helpPage->setObjectName(QStringLiteral("widgetHelp"));
     ui->scrollAreaHelp->setWidget(m_helpPage);
 }
