@@ -54,6 +54,7 @@ void HomeForm::setProcessLauncher(ProcessLauncher *launcher)
     ui->widgetMenuButton->setProcessLauncher(m_launcher);
     m_launcher->noticeWebVersions();
     ui->widgetHome->setProcessLauncher(m_launcher);
+    ui->widgetHome->holdUntilPainted();
     ui->widgetHome->refreshRecentProjects();
     ui->widgetInstalledEditor->setProcessLauncher(m_launcher);
     ui->widgetInstalledEditor->noticeVersions();
@@ -112,6 +113,7 @@ void HomeForm::dropEvent(QDropEvent *event)
 
 void HomeForm::finishSetUp()
 {
+    ui->widgetHome->finishSetUp();
     ui->widgetInstalledEditor->buildRows();
     // The pages are loaded once; Refresh does not reload them.
     makeWebPages();
