@@ -3,6 +3,7 @@
 
 #include <QLockFile>
 #include <QMessageBox>
+#include <QOpenGLContext>
 #include <QTranslator>
 
 #ifdef ZANMIR_WINDOW_MODULE
@@ -72,11 +73,25 @@ int main(int argc, char *argv[])
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 
+    // The windows are drawn by the processor. Without this the first window
+    // loads the OpenGL driver (behind a software driver, the whole of LLVM),
+    // which nothing here uses, before it can paint. The editors and programs
+    // started later do not inherit it, and a user's own choice stands.
+    const char *const glIntegration = "QT_XCB_GL_INTEGRATION";
+    const bool glChosen = qEnvironmentVariableIsSet(glIntegration);
+    if (!glChosen)
+        qputenv(glIntegration, "none");
+
     // The translator outlives the application object that uses it.
     QTranslator translator;
     int result = 0;
     {
         ProcessLauncher launcher(argc, argv);
+        if (!glChosen) {
+            // The display connection reads it when first asked about OpenGL.
+            QOpenGLContext::supportsThreadedOpenGL();
+            qunsetenv(glIntegration);
+        }
         Windows windows(launcher);
 
         if (!launcher.initialize(translator)) {
