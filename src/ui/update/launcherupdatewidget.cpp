@@ -19,6 +19,7 @@ LauncherUpdateWidget::LauncherUpdateWidget(QWidget *parent)
 {
     ui->setupUi(this);
     m_historyPage = WebPage::makeInPlaceOf(ui->historyBrowser);
+    ui->historyBrowser = m_historyPage;
     // A top-level window of its own, with no main window to inherit from.
     StyleSheet::applyTo(this);
 }

@@ -12,6 +12,7 @@ UpdateHistoryWidget::UpdateHistoryWidget(QWidget *parent)
 {
     ui->setupUi(this);
     m_historyPage = WebPage::makeInPlaceOf(ui->historyBrowser);
+    ui->historyBrowser = m_historyPage;
 }
 
 UpdateHistoryWidget::~UpdateHistoryWidget()
