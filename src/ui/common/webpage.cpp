@@ -3,7 +3,6 @@
 #include "processlauncher.h"
 
 #include <QLabel>
-#include <QLayout>
 #include <QVBoxLayout>
 
 WebPage *WebPage::makeInPlaceOf(QWidget *placeholder)
@@ -19,15 +18,15 @@ WebPage *WebPage::makeInPlaceOf(QWidget *placeholder)
 MissingWebPage::MissingWebPage(const QString &reason, QWidget *parent)
     : WebPage(parent)
     , m_reason(reason)
-    , m_label(new QLabel(this))
 {
-    m_label->setObjectName(QStringLiteral("labelPageMissing"));
-    m_label->setText(tr("This page cannot be shown: a part of Zanmir Launcher is missing.\n"
-                        "Installing Zanmir Launcher again repairs it."));
-    m_label->setAlignment(Qt::AlignCenter);
-    m_label->setWordWrap(true);
+    auto *label = new QLabel(tr("This page cannot be shown: a part of Zanmir Launcher is missing.\n"
+                                "Installing Zanmir Launcher again repairs it."),
+        this);
+    label->setObjectName(QStringLiteral("labelPageMissing"));
+    label->setAlignment(Qt::AlignCenter);
+    label->setWordWrap(true);
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(m_label);
+    layout->addWidget(label);
 }
 
 void MissingWebPage::setProcessLauncher(ProcessLauncher *launcher)

@@ -5,7 +5,6 @@
 #include <QWidget>
 
 class ProcessLauncher;
-class QLabel;
 
 // One of the maker's pages, as the windows use it. Off Windows the pages,
 // and WebKit with them, live in a module of their own that is loaded when
@@ -44,7 +43,6 @@ public:
 
 private:
     QString m_reason;
-    QLabel *m_label;
 };
 
 #endif // WEBPAGE_H
