@@ -1,6 +1,7 @@
 #include "consoleoptions.h"
 #include "processlauncher.h"
 
+#include <QGuiApplication>
 #include <QLockFile>
 #include <QMessageBox>
 #include <QOpenGLContext>
@@ -88,8 +89,10 @@ int main(int argc, char *argv[])
     {
         ProcessLauncher launcher(argc, argv);
         if (!glChosen) {
-            // The display connection reads it when first asked about OpenGL.
-            QOpenGLContext::supportsThreadedOpenGL();
+            // The X display connection reads it when first asked about
+            // OpenGL; other platforms are not asked, which could load theirs.
+            if (QGuiApplication::platformName() == QLatin1String("xcb"))
+                QOpenGLContext::supportsThreadedOpenGL();
             qunsetenv(glIntegration);
         }
         Windows windows(launcher);
