@@ -391,6 +391,15 @@ This launcher keeps no license data of its own.</source>
     </message>
 </context>
 <context>
+    <name>MissingWebPage</name>
+    <message>
+        <source>This page cannot be shown: a part of Zanmir Launcher is missing.
+Installing Zanmir Launcher again repairs it.</source>
+        <translation>このページを表示できません: Zanmir Launcher の一部が見つかりません。
+Zanmir Launcher をインストールし直すと直ります。</translation>
+    </message>
+</context>
+<context>
     <name>PackageManager</name>
     <message>
         <source>error</source>

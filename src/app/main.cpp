@@ -1,11 +1,15 @@
 #include "consoleoptions.h"
 #include "processlauncher.h"
 
+#include <QGuiApplication>
 #include <QLockFile>
 #include <QMessageBox>
+#include <QOpenGLContext>
 #include <QTranslator>
 
 #ifdef ZANMIR_WINDOW_MODULE
+#include "launchermodule.h"
+
 #include <QLibrary>
 #else
 #include "windowentry.h"
@@ -15,8 +19,9 @@ namespace {
 
 using WindowEntry = int (*)(ProcessLauncher *);
 
-// The windows and WebKit behind them are loaded only when a window is shown:
-// an open-with start, the launcher's daily use, stays as light as it can be.
+// The windows are loaded only when a window is shown, and WebKit only once
+// it has been painted: an open-with start, the launcher's daily use, stays
+// as light as it can be.
 class Windows
 {
 public:
@@ -27,14 +32,10 @@ public:
     int run(const char *entryName)
     {
 #ifdef ZANMIR_WINDOW_MODULE
-        // Beside the executable in the build tree, in its library folder once installed.
-        const QString folder = QCoreApplication::applicationDirPath();
-        for (const QString &path : { folder + QStringLiteral("/" ZANMIR_WINDOW_MODULE),
-                 folder + QStringLiteral("/" ZANMIR_WINDOW_MODULE_FOLDER "/" ZANMIR_WINDOW_MODULE) }) {
-            m_module.setFileName(path);
-            if (m_module.load())
-                break;
-        }
+        // Its classes are global: the web pages' module, loaded after the
+        // window's first paint, builds on them.
+        m_module.setLoadHints(QLibrary::ExportExternalSymbolsHint);
+        LauncherModule::load(m_module, QStringLiteral(ZANMIR_WINDOW_MODULE));
         const auto entry = reinterpret_cast<WindowEntry>(m_module.resolve(entryName));
         if (!entry) {
             m_launcher.writeLog(QStringLiteral("main: cannot load the windows: %1").arg(m_module.errorString()));
@@ -73,11 +74,27 @@ int main(int argc, char *argv[])
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 
+    // The windows are drawn by the processor. Without this the first window
+    // loads the OpenGL driver (behind a software driver, the whole of LLVM),
+    // which nothing here uses, before it can paint. The editors and programs
+    // started later do not inherit it, and a user's own choice stands.
+    const char *const glIntegration = "QT_XCB_GL_INTEGRATION";
+    const bool glChosen = qEnvironmentVariableIsSet(glIntegration);
+    if (!glChosen)
+        qputenv(glIntegration, "none");
+
     // The translator outlives the application object that uses it.
     QTranslator translator;
     int result = 0;
     {
         ProcessLauncher launcher(argc, argv);
+        if (!glChosen) {
+            // The X display connection reads it when first asked about
+            // OpenGL; other platforms are not asked, which could load theirs.
+            if (QGuiApplication::platformName() == QLatin1String("xcb"))
+                QOpenGLContext::supportsThreadedOpenGL();
+            qunsetenv(glIntegration);
+        }
         Windows windows(launcher);
 
         if (!launcher.initialize(translator)) {

@@ -68,9 +68,9 @@ private slots:
         installed.sort();
         QCOMPARE(installed,
             (QStringList { "bin/ZanmirLauncher", "lib/zanmir-launcher/zanmir-launcher-ui.so",
-                "libexec/zanmir-thumbnailer", "share/applications/zanmir-launcher.desktop",
-                "share/doc/zanmir-launcher/changelog.gz", "share/doc/zanmir-launcher/copyright",
-                "share/icons/hicolor/256x256/apps/zanmir-launcher.png",
+                "lib/zanmir-launcher/zanmir-launcher-web.so", "libexec/zanmir-thumbnailer",
+                "share/applications/zanmir-launcher.desktop", "share/doc/zanmir-launcher/changelog.gz",
+                "share/doc/zanmir-launcher/copyright", "share/icons/hicolor/256x256/apps/zanmir-launcher.png",
                 "share/icons/hicolor/256x256@2/apps/zanmir-launcher.png", "share/man/man1/ZanmirLauncher.1.gz",
                 "share/man/man1/zanmir-thumbnailer.1.gz", "share/metainfo/example.zanmir.launcher.metainfo.xml",
                 "share/mime/packages/zanmir-launcher.xml", "share/thumbnailers/zanmir-launcher.thumbnailer",
@@ -88,11 +88,21 @@ private slots:
             QVERIFY2(status == 0 && (validate.first() == "appstreamcli" || said.isEmpty()), qPrintable(said));
         }
 
-        // The installed launcher is registered by its installation and finds its windows below the prefix.
-        m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", "window Zanmir Launcher;close");
+        // The installed launcher is registered by its installation and finds
+        // its windows below the prefix, and their web pages, which it loads
+        // once the window has been painted.
+        const QString go = m_prefix.path() + "/go";
+        m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", "window Zanmir Launcher;waitfile " + go + ";close");
         LauncherRun *window = m_harness->startProgram(m_prefix.path() + "/bin/ZanmirLauncher", {});
+        const auto pagesMade = [this]() {
+            const QString log = m_harness->launcherLog();
+            return log.count("WebBrowserWidget::loadFinished: ") >= 2 || log.contains("WebPage: ");
+        };
+        QVERIFY(QTest::qWaitFor([&]() { return pagesMade() || !window->isRunning(); }, 30000));
+        QVERIFY(TestFiles::write(go, ""));
         QVERIFY2(window->waitForFinished(30000) && window->exitedWith(0), qPrintable(window->describe()));
         QVERIFY(window->failedSteps().isEmpty() && window->doneSteps().contains("window Zanmir Launcher"));
+        QVERIFY2(pagesMade() && !m_harness->launcherLog().contains("WebPage: "), qPrintable(m_harness->launcherLog()));
         m_harness->setEnvironmentValue("ZANMIR_TEST_SCRIPT", QString());
         QVERIFY2(m_harness->launcherLog().contains(
                      "EditorLaunch::getLauncherVersion: Current launcher Version " ZANMIR_VERSION ": " + m_prefix.path()

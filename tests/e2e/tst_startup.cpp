@@ -1,5 +1,6 @@
 #include "launcherharness.h"
 #include "sampleproject.h"
+#include "testfiles.h"
 #include "testlog.h"
 
 #include <QImage>
@@ -126,6 +127,38 @@ private slots:
         QCOMPARE(window->failedSteps(), QStringList());
         QVERIFY(!QFile::exists(lock));
     }
+
+#ifdef ZANMIR_WINDOW_MODULE_FILE
+    // A launcher whose web pages' module is missing (a damaged install)
+    // shows its window and works as usual: each page says that it cannot be
+    // shown, the log says why, and the window closes with status 0.
+    void windowWithoutTheWebPagesModule()
+    {
+        LauncherHarness harness;
+        QVERIFY(harness.isValid() && harness.registerVersions({ "2.1.05" }));
+        const QString root = harness.profile().root();
+        QTemporaryDir install;
+        for (const QString &file :
+            { QStringLiteral(ZANMIR_LAUNCHER_BINARY), QStringLiteral(ZANMIR_WINDOW_MODULE_FILE) })
+            QVERIFY(QFile::copy(file, install.filePath(QFileInfo(file).fileName())));
+        harness.setEnvironmentValue("ZANMIR_TEST_SCRIPT",
+            "window Zanmir Launcher;waitfile " + root + "/go;click buttonInfo;grab widgetInfo " + root
+                + "/info.png;click buttonAppl;rows widgetInstalledEditor/listWidget " + root + "/rows.txt;close");
+        LauncherRun *window = harness.startProgram(install.filePath("ZanmirLauncher"), {});
+        const QString refused = "WebPage: cannot load the web pages: ";
+        QVERIFY(QTest::qWaitFor(
+            [&]() { return harness.launcherLog().count(refused) == 2 || !window->isRunning(); }, 30000));
+        QVERIFY2(harness.launcherLog().count(refused) == 2, qPrintable(window->describe() + harness.launcherLog()));
+        QVERIFY(TestFiles::write(root + "/go", ""));
+
+        QVERIFY2(window->waitForFinished(30000) && window->exitedWith(0), qPrintable(window->describe()));
+        QCOMPARE(window->failedSteps(), QStringList());
+        QVERIFY(window->dialogs().isEmpty());
+        QVERIFY(harness.launcherLog().contains(refused + "Cannot load library "));
+        QVERIFY(!QImage(root + "/info.png").isNull());
+        QCOMPARE(TestFiles::read(root + "/rows.txt").trimmed(), QByteArray("Vorlix Zanmir Editor 2.1.05"));
+    }
+#endif
 };
 
 QTEST_GUILESS_MAIN(TestStartup)

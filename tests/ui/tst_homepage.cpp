@@ -265,7 +265,9 @@ private slots:
 
     // A card shows the default picture at once and its project's own once
     // that has been read off the main thread; a rebuild keeps the pictures
-    // read so far. A damaged or missing project keeps the default one.
+    // read so far. A damaged or missing project keeps the default one. Held
+    // until the main window's first paint, nothing is read; the set-up's end
+    // reads them and gives the filter its clear button.
     void cardPictures()
     {
         const QString root = m_profile->root();
@@ -292,9 +294,13 @@ private slots:
         };
         m_page.reset(new HomeWidget);
         m_page->setProcessLauncher(m_launcher);
+        m_page->holdUntilPainted();
         m_page->refreshRecentProjects();
-        QCOMPARE(pictures(), QList<QImage>({ fallback, fallback, fallback, fallback }));
         auto *reader = m_page->findChild<ThumbnailReader *>();
+        QVERIFY(reader->isIdle());
+        QCOMPARE(pictures(), QList<QImage>({ fallback, fallback, fallback, fallback }));
+        m_page->finishSetUp();
+        QVERIFY(!reader->isIdle() && filter()->isClearButtonEnabled());
         QTRY_VERIFY(reader->isIdle());
         QCOMPARE(pictures(), QList<QImage>({ own(magenta), fallback, fallback, fallback }));
 

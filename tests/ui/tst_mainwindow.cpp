@@ -13,6 +13,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QScrollArea>
 #include <QSignalSpy>
@@ -74,6 +75,8 @@ private slots:
     {
         QCOMPARE(catalogueReads(), 2); // at start-up, and once more by the window
         QCOMPARE(visiblePages(), QStringList { "widgetHome" });
+        // The filter gets its clear button, as the cards their pictures, after the first paint.
+        QVERIFY(m_form->findChild<QLineEdit *>("lineEditFilter")->isClearButtonEnabled());
         QVERIFY(m_launcher->getRefreshTimer()->isActive());
         QCOMPARE(m_launcher->getRefreshTimer()->interval(), 300000);
         QVERIFY(m_launcher->getUpdateNotifier()->isRunning() && !m_launcher->getUpdateNotifier()->isDue());

@@ -9,6 +9,7 @@
 #include "testfiles.h"
 #include "updatehistorywidget.h"
 #include "versiondescwidget.h"
+#include "webpage.h"
 
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -37,7 +38,7 @@ private:
         new ApplLaunchWidget(form->findChild<QWidget *>("launchButtonWidget")->findChild<QWidget *>("listWidget"));
         new VersionDescWidget(form->findChild<QWidget *>("widgetInstalledEditor")->findChild<QWidget *>("listWidget"));
         return { form, new PreferenceDialog, new UpdateHistoryWidget, new LauncherUpdateWidget,
-            new DownloadDialog(false) };
+            new DownloadDialog(false), new MissingWebPage(QString()) };
     }
 
     // Whether the widget is of that class (or a subclass) and has that name;

@@ -44,6 +44,17 @@ void HomeWidget::refreshRecentProjects()
     ui->recentUsedWidget->setFileDesc();
 }
 
+void HomeWidget::holdUntilPainted()
+{
+    ui->recentUsedWidget->setPicturesHeld(true);
+}
+
+void HomeWidget::finishSetUp()
+{
+    ui->lineEditFilter->setClearButtonEnabled(true);
+    ui->recentUsedWidget->setPicturesHeld(false);
+}
+
 void HomeWidget::focusFilter()
 {
     ui->lineEditFilter->setFocus(Qt::ShortcutFocusReason);

@@ -23,6 +23,11 @@ public:
 
     void setProcessLauncher(ProcessLauncher *launcher);
     void refreshRecentProjects();
+    // The main window's first frame waits for neither the cards' pictures
+    // nor the filter's clear button, whose icon is looked up in the desktop's
+    // icon theme: after holdUntilPainted both come with finishSetUp.
+    void holdUntilPainted();
+    void finishSetUp();
 
 private slots:
     void focusFilter();

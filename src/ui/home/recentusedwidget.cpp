@@ -137,7 +137,7 @@ void RecentUsedWidget::rebuildCards(bool readAgain)
         ui->labelNoHistory->show();
         ui->listView->hide();
         m_cards.clear();
-        m_reader->read(QStringList());
+        readPictures(QStringList(), nullptr);
         return;
     }
     ui->labelNoHistory->hide();
@@ -197,9 +197,36 @@ void RecentUsedWidget::rebuildCards(bool readAgain)
             it = m_pictures.erase(it);
     }
     // Unchanged projects come from the cache; only changed ones are opened.
+    readPictures(unread, readAgain ? &listed : nullptr);
+}
+
+void RecentUsedWidget::readPictures(const QStringList &unread, const QStringList *listed)
+{
+    if (m_picturesHeld) {
+        // A later read replaces an earlier one that has not begun, as in the reader.
+        m_heldUnread = unread;
+        if (listed) {
+            m_heldListed = *listed;
+            m_heldPrune = true;
+        }
+        return;
+    }
     m_reader->read(unread);
-    if (readAgain)
-        m_reader->pruneCache(listed);
+    if (listed)
+        m_reader->pruneCache(*listed);
+}
+
+void RecentUsedWidget::setPicturesHeld(bool held)
+{
+    if (held == m_picturesHeld)
+        return;
+    m_picturesHeld = held;
+    if (held)
+        return;
+    readPictures(m_heldUnread, m_heldPrune ? &m_heldListed : nullptr);
+    m_heldUnread.clear();
+    m_heldListed.clear();
+    m_heldPrune = false;
 }
 
 void RecentUsedWidget::thumbnailRead(const QString &path, const QImage &picture)

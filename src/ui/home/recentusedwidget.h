@@ -45,6 +45,10 @@ public:
     void setFileDesc();
     // What takes the keyboard focus: the cards.
     QWidget *getFocusWidget() const;
+    // While held, no picture is read and the cache is not pruned; the cards
+    // show what they have. The window holds them until its first paint, so
+    // that the reading threads do not compete with it for the processor.
+    void setPicturesHeld(bool held);
 
 public slots:
     void historyInfoUpdated();
@@ -76,6 +80,10 @@ private:
     // The cards of the projects that match the filter. readAgain: the list
     // changed, and every project is read again for its picture.
     void rebuildCards(bool readAgain);
+    // Reads the pictures of those projects, and prunes the cache down to
+    // the listed projects when there is a list; or keeps both for later
+    // while the pictures are held.
+    void readPictures(const QStringList &unread, const QStringList *listed);
 
     Ui::RecentUsedWidget *ui;
     ProcessLauncher *m_launcher = nullptr;
@@ -89,6 +97,11 @@ private:
     QHash<QString, QImage> m_pictures;
     // Projects whose pictures are to be read again when their cards show.
     QSet<QString> m_unread;
+    bool m_picturesHeld = false;
+    // The latest reads and prune asked for while held.
+    QStringList m_heldUnread;
+    QStringList m_heldListed;
+    bool m_heldPrune = false;
     QFileSystemWatcher m_watcher;
     QTimer m_reloadTimer;
 };

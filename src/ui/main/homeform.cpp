@@ -6,7 +6,7 @@
 #include "projectopener.h"
 #include "stylesheet.h"
 #include "timerstopper.h"
-#include "webbrowserwidget.h"
+#include "webpage.h"
 
 #include <QDropEvent>
 #include <QWindow>
@@ -54,6 +54,7 @@ void HomeForm::setProcessLauncher(ProcessLauncher *launcher)
     ui->widgetMenuButton->setProcessLauncher(m_launcher);
     m_launcher->noticeWebVersions();
     ui->widgetHome->setProcessLauncher(m_launcher);
+    ui->widgetHome->holdUntilPainted();
     ui->widgetHome->refreshRecentProjects();
     ui->widgetInstalledEditor->setProcessLauncher(m_launcher);
     ui->widgetInstalledEditor->noticeVersions();
@@ -112,6 +113,7 @@ void HomeForm::dropEvent(QDropEvent *event)
 
 void HomeForm::finishSetUp()
 {
+    ui->widgetHome->finishSetUp();
     ui->widgetInstalledEditor->buildRows();
     // The pages are loaded once; Refresh does not reload them.
     makeWebPages();
@@ -132,10 +134,10 @@ void HomeForm::makeWebPages()
 {
     if (m_infoPage)
         return;
-    m_infoPage = new WebBrowserWidget;
+    m_infoPage = WebPage::make();
     m_infoPage->setObjectName(QStringLiteral("widgetInfo"));
     ui->scrollAreaInfo->setWidget(m_infoPage);
-    m_helpPage = new WebBrowserWidget;
+    m_helpPage = WebPage::make();
     m_helpPage->setObjectName(QStringLiteral("widgetHelp"));
     ui->scrollAreaHelp->setWidget(m_helpPage);
 }

@@ -6,7 +6,7 @@
 
 class ProcessLauncher;
 class ProjectOpener;
-class WebBrowserWidget;
+class WebPage;
 
 namespace Ui {
 class HomeForm;
@@ -35,8 +35,8 @@ public:
     bool isSetUp() const { return m_setUp; }
     // The news and help pages in their scroll areas, with no address yet.
     // The set-up makes them after the first paint rather than with the
-    // form: a web view's first page starts the web engine, which takes
-    // longer than the rest of the window.
+    // form: loading WebKit, and a web view's first page starting the web
+    // engine, take longer than the rest of the window.
     void makeWebPages();
 
 public slots:
@@ -61,8 +61,8 @@ private:
     Ui::HomeForm *ui;
     ProcessLauncher *m_launcher = nullptr;
     ProjectOpener *m_projectOpener = nullptr;
-    WebBrowserWidget *m_infoPage = nullptr;
-    WebBrowserWidget *m_helpPage = nullptr;
+    WebPage *m_infoPage = nullptr;
+    WebPage *m_helpPage = nullptr;
     bool m_setUpPending = false;
     bool m_setUp = false;
 };

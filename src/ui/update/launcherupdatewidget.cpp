@@ -7,6 +7,7 @@
 #include "downloadtexts.h"
 #include "processlauncher.h"
 #include "stylesheet.h"
+#include "webpage.h"
 
 #include <QMessageBox>
 
@@ -17,6 +18,8 @@ LauncherUpdateWidget::LauncherUpdateWidget(QWidget *parent)
     , ui(new Ui::LauncherUpdateWidget)
 {
     ui->setupUi(this);
+    m_historyPage = WebPage::makeInPlaceOf(ui->historyBrowser);
+    ui->historyBrowser = m_historyPage;
     // A top-level window of its own, with no main window to inherit from.
     StyleSheet::applyTo(this);
 }
@@ -31,7 +34,7 @@ void LauncherUpdateWidget::setProcessLauncher(ProcessLauncher *launcher)
     m_launcher = launcher;
     connect(ui->launcherUpdateButton, SIGNAL(clicked()), this, SLOT(clicked()));
     connect(ui->cancelButton, SIGNAL(clicked()), this, SLOT(cancelClicked()));
-    ui->historyBrowser->setProcessLauncher(m_launcher);
+    m_historyPage->setProcessLauncher(m_launcher);
 
     const QString version = m_launcher->getApplUpdater()->findLatestFor(QStringLiteral("launcher")).getDisplayVersion();
     // No version on offer leaves only the window's close button.
@@ -41,7 +44,7 @@ void LauncherUpdateWidget::setProcessLauncher(ProcessLauncher *launcher)
         tr("A new version (%1) of Zanmir Launcher is ready.\nPlease click Update button for download installer and "
            "update Launcher.\nZanmir Launcher could not be launched until installation will be finished.")
             .arg(version));
-    ui->historyBrowser->setUrl(m_launcher->getWebUrl(QStringLiteral("launcher_history_web")));
+    m_historyPage->setUrl(m_launcher->getWebUrl(QStringLiteral("launcher_history_web")));
 }
 
 void LauncherUpdateWidget::clicked()

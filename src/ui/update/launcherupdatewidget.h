@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class ProcessLauncher;
+class WebPage;
 
 namespace Ui {
 class LauncherUpdateWidget;
@@ -29,6 +30,7 @@ public slots:
 
 private:
     Ui::LauncherUpdateWidget *ui;
+    WebPage *m_historyPage;
     ProcessLauncher *m_launcher = nullptr;
 };
 

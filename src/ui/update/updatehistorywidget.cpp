@@ -2,6 +2,7 @@
 #include "ui_updatehistorywidget.h"
 
 #include "processlauncher.h"
+#include "webpage.h"
 
 #include <QMessageBox>
 
@@ -10,6 +11,8 @@ UpdateHistoryWidget::UpdateHistoryWidget(QWidget *parent)
     , ui(new Ui::UpdateHistoryWidget)
 {
     ui->setupUi(this);
+    m_historyPage = WebPage::makeInPlaceOf(ui->historyBrowser);
+    ui->historyBrowser = m_historyPage;
 }
 
 UpdateHistoryWidget::~UpdateHistoryWidget()
@@ -20,7 +23,7 @@ UpdateHistoryWidget::~UpdateHistoryWidget()
 void UpdateHistoryWidget::setProcessLauncher(ProcessLauncher *launcher)
 {
     m_launcher = launcher;
-    ui->historyBrowser->setProcessLauncher(m_launcher);
+    m_historyPage->setProcessLauncher(m_launcher);
 }
 
 void UpdateHistoryWidget::setDialogMode(
@@ -28,7 +31,7 @@ void UpdateHistoryWidget::setDialogMode(
 {
     m_applicationName = applicationName;
     m_version = version;
-    ui->historyBrowser->setUrl(url);
+    m_historyPage->setUrl(url);
 
     if (mode == UpdateMode) {
         setWindowTitle(tr("Update editor (%1)").arg(version));

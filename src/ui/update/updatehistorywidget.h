@@ -5,6 +5,7 @@
 #include <QString>
 
 class ProcessLauncher;
+class WebPage;
 
 namespace Ui {
 class UpdateHistoryWidget;
@@ -35,6 +36,7 @@ public slots:
 
 private:
     Ui::UpdateHistoryWidget *ui;
+    WebPage *m_historyPage;
     ProcessLauncher *m_launcher = nullptr;
     QString m_applicationName;
     QString m_version;

@@ -10,7 +10,7 @@
 #include <QWebSettings>
 
 WebBrowserWidget::WebBrowserWidget(QWidget *parent)
-    : QWidget(parent)
+    : WebPage(parent)
     , ui(new Ui::WebBrowserWidget)
 {
     ui->setupUi(this);

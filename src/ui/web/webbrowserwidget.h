@@ -1,11 +1,12 @@
 #ifndef WEBBROWSERWIDGET_H
 #define WEBBROWSERWIDGET_H
 
+#include "webpage.h"
+
 #include <QList>
 #include <QSslError>
 #include <QString>
 #include <QUrl>
-#include <QWidget>
 
 class ProcessLauncher;
 class QNetworkReply;
@@ -17,7 +18,7 @@ class WebBrowserWidget;
 // Shows one of the maker's pages. Each page that loads is kept in the
 // offline store, and a page that fails to load is shown from that copy, so
 // that the pages still work without a network.
-class WebBrowserWidget : public QWidget
+class WebBrowserWidget : public WebPage
 {
     Q_OBJECT
 
@@ -25,9 +26,8 @@ public:
     explicit WebBrowserWidget(QWidget *parent = nullptr);
     ~WebBrowserWidget() override;
 
-    // Called once, before setUrl.
-    void setProcessLauncher(ProcessLauncher *launcher);
-    void setUrl(const QString &url);
+    void setProcessLauncher(ProcessLauncher *launcher) override;
+    void setUrl(const QString &url) override;
 
 public slots:
     void linkClicked(const QUrl &url);
