@@ -118,6 +118,9 @@ bool ProcessLauncher::initialize(QTranslator &translator)
     writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(m_applInfo->getInfoText()));
     installTranslator(translator);
     checkProxy();
+    // The catalogue's address and the proxy are known now: its answer comes
+    // in while the records and the offline index are read.
+    m_httpAccess.prefetch(m_applInfo->getWebUrl(QStringLiteral("launcher_info_web"), QString()));
     if (!readRegistry()) {
         writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(m_registry->getErrorText()));
         return false;
