@@ -17,6 +17,15 @@
 #include <QStandardPaths>
 #include <QTranslator>
 
+namespace {
+
+// Temporary files of writes that a killed launcher never finished are
+// removed once this old: far longer than any write of another launcher
+// still running.
+const qint64 kLeftoverAgeSecs = 3600;
+
+} // namespace
+
 ProcessLauncher::ProcessLauncher(int &argc, char **argv)
     : ApplLauncher(argc, argv)
     , m_httpAccess(this)
@@ -142,8 +151,6 @@ bool ProcessLauncher::initialize(QTranslator &translator)
 
 void ProcessLauncher::removeLeftoverFiles()
 {
-    // Temporary files of writes that a killed launcher never finished. An
-    // hour is far longer than any write of another launcher still running.
     const QList<QPair<QString, QString>> folders {
         { vorlixDataFolder(), QStringLiteral("ZanmirApplications\\.json") },
         { launcherDataFolder(), QStringLiteral("ZanmirManager\\.json|OfflineFiles\\.json|\\d{8,}\\.html") },
@@ -151,7 +158,7 @@ void ProcessLauncher::removeLeftoverFiles()
     QStringList removed;
     QStringList failures;
     for (const auto &folder : folders)
-        removed += LeftoverFileSweeper(folder.first, folder.second).sweep(3600, &failures);
+        removed += LeftoverFileSweeper(folder.first, folder.second).sweep(kLeftoverAgeSecs, &failures);
     // And the bytes of installer downloads that broke off long ago.
     removed += ApplUpdater::removeStaleDownloads(&failures);
     for (const QString &path : qAsConst(removed))
