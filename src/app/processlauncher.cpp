@@ -17,6 +17,15 @@
 #include <QStandardPaths>
 #include <QTranslator>
 
+namespace {
+
+// Temporary files of writes that a killed launcher never finished are
+// removed once this old: far longer than any write of another launcher
+// still running.
+const qint64 kLeftoverAgeSecs = 3600;
+
+} // namespace
+
 ProcessLauncher::ProcessLauncher(int &argc, char **argv)
     : ApplLauncher(argc, argv)
     , m_httpAccess(this)
@@ -118,6 +127,9 @@ bool ProcessLauncher::initialize(QTranslator &translator)
     writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(m_applInfo->getInfoText()));
     installTranslator(translator);
     checkProxy();
+    // The catalogue's address and the proxy are known now: its answer comes
+    // in while the records and the offline index are read.
+    m_httpAccess.prefetch(m_applInfo->getWebUrl(QStringLiteral("launcher_info_web"), QString()));
     if (!readRegistry()) {
         writeLog(QStringLiteral("ProcessLauncher::initialize: %1").arg(m_registry->getErrorText()));
         return false;
@@ -139,8 +151,6 @@ bool ProcessLauncher::initialize(QTranslator &translator)
 
 void ProcessLauncher::removeLeftoverFiles()
 {
-    // Temporary files of writes that a killed launcher never finished. An
-    // hour is far longer than any write of another launcher still running.
     const QList<QPair<QString, QString>> folders {
         { vorlixDataFolder(), QStringLiteral("ZanmirApplications\\.json") },
         { launcherDataFolder(), QStringLiteral("ZanmirManager\\.json|OfflineFiles\\.json|\\d{8,}\\.html") },
@@ -148,7 +158,7 @@ void ProcessLauncher::removeLeftoverFiles()
     QStringList removed;
     QStringList failures;
     for (const auto &folder : folders)
-        removed += LeftoverFileSweeper(folder.first, folder.second).sweep(3600, &failures);
+        removed += LeftoverFileSweeper(folder.first, folder.second).sweep(kLeftoverAgeSecs, &failures);
     // And the bytes of installer downloads that broke off long ago.
     removed += ApplUpdater::removeStaleDownloads(&failures);
     for (const QString &path : qAsConst(removed))

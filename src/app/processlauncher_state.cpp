@@ -185,7 +185,7 @@ bool ProcessLauncher::saveLauncherState()
 
 bool ProcessLauncher::saveSettings(const std::function<void()> &change)
 {
-    const bool saved = saveApplInfo(change);
+    const bool saved = m_applInfo->saveSetting(change);
     const QString format = QStringLiteral("EditorLaunch::saveSettings: %1");
     logManagerFileNotes(format);
     writeLog(format.arg(saved ? m_applInfo->getInfoText() : m_applInfo->getErrorText()));

@@ -19,26 +19,49 @@ HTTPAccessUtility::HTTPAccessUtility(QObject *parent)
 
 HTTPAccessUtility::~HTTPAccessUtility() = default;
 
-bool HTTPAccessUtility::get(const QString &url)
+QNetworkReply *HTTPAccessUtility::send(const QString &url)
 {
     m_certificateErrors.clear();
-    QEventLoop loop;
+    // No attribute is set, so a redirect comes back as the answer itself.
+    return m_manager.get(QNetworkRequest(QUrl(url, QUrl::TolerantMode)));
+}
+
+void HTTPAccessUtility::prefetch(const QString &url)
+{
+    delete m_prefetched;
+    m_prefetched = send(url);
+    m_prefetchedUrl = url;
+    m_prefetchDeadline.setRemainingTime(DeploymentConfig::httpTimeoutMs());
+}
+
+bool HTTPAccessUtility::get(const QString &url)
+{
     // A server may take the request and never finish its answer; the network
     // stack would wait for ever, and start-up with it.
     const int timeoutMs = DeploymentConfig::httpTimeoutMs();
+    QNetworkReply *reply = nullptr;
+    qint64 remainingMs = timeoutMs;
+    if (m_prefetched && m_prefetchedUrl == url) {
+        reply = m_prefetched;
+        remainingMs = m_prefetchDeadline.remainingTime();
+    } else {
+        delete m_prefetched;
+        reply = send(url);
+    }
+    m_prefetched = nullptr;
+
+    QEventLoop loop;
     QTimer deadline;
     deadline.setSingleShot(true);
     deadline.setTimerType(Qt::PreciseTimer);
     connect(&deadline, SIGNAL(timeout()), &loop, SLOT(quit()));
-
-    // No attribute is set, so a redirect comes back as the answer itself.
-    QNetworkRequest request(QUrl(url, QUrl::TolerantMode));
-    QNetworkReply *reply = m_manager.get(request);
     // Its own reply only: the window answers input while it waits, and a
     // Refresh pressed meanwhile fetches inside this wait.
     connect(reply, SIGNAL(finished()), &loop, SLOT(quit()));
     if (!reply->isFinished()) {
-        deadline.start(timeoutMs);
+        // An answer that came in while the caller was busy reaches the reply
+        // only here, and still counts when its deadline has passed meanwhile.
+        deadline.start(int(qMax<qint64>(remainingMs, 0)));
         loop.exec();
     }
     const bool timedOut = !reply->isFinished();

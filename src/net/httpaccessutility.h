@@ -1,9 +1,11 @@
 #ifndef HTTPACCESSUTILITY_H
 #define HTTPACCESSUTILITY_H
 
+#include <QDeadlineTimer>
 #include <QList>
 #include <QNetworkAccessManager>
 #include <QObject>
+#include <QPointer>
 #include <QSslError>
 #include <QString>
 
@@ -22,6 +24,10 @@ public:
     // True when the transfer ended without a network error; the body then
     // holds the answer. On false the body keeps what it had.
     bool get(const QString &url);
+    // Sends the request for url now, while the caller does other work; the
+    // next get() of the same address waits for this answer instead of asking
+    // again, and the time-out counts from here.
+    void prefetch(const QString &url);
 
     QString getBody() const { return m_body; }
     int getStatusCode() const { return m_statusCode; }
@@ -35,7 +41,12 @@ private slots:
     void noteCertificateErrors(QNetworkReply *reply, const QList<QSslError> &errors);
 
 private:
+    QNetworkReply *send(const QString &url);
+
     QNetworkAccessManager m_manager;
+    QPointer<QNetworkReply> m_prefetched;
+    QString m_prefetchedUrl;
+    QDeadlineTimer m_prefetchDeadline;
     QString m_body;
     int m_statusCode = 0;
     QString m_errorText;

@@ -244,6 +244,30 @@ bool ApplInfo::saveChange(const std::function<void()> &change)
     return saved;
 }
 
+bool ApplInfo::saveSetting(const std::function<void()> &change)
+{
+    // Most settings are saved as the file holds them already (the launcher's
+    // own record at every start), and the lock file is made, flushed to disk
+    // and removed each time. In a folder that cannot be written the lock's
+    // words belong in the log, so that case goes the way of any other change.
+    if (change && QFileInfo(QFileInfo(m_filePath).path()).isWritable()) {
+        JsonFileReader reader(m_filePath);
+        if (reader.parse()) {
+            m_document = reader.getDocument();
+            if (readSections()) {
+                change();
+                if (QString::fromUtf8(m_document.toJson()) == reader.getContents()) {
+                    m_backupText.clear();
+                    m_lockText.clear();
+                    m_infoText = QStringLiteral("ApplInfo file updated: %1").arg(m_filePath);
+                    return true;
+                }
+            }
+        }
+    }
+    return saveChange(change);
+}
+
 bool ApplInfo::reloadFile()
 {
     JsonFileReader reader(m_filePath);

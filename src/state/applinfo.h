@@ -48,6 +48,10 @@ public:
     // Either way a failure leaves its words in the info text, as
     // updateFile() does, and getLockText() tells what became of the lock.
     bool saveChange(const std::function<void()> &change);
+    // The same for a change that may be made twice and logs nothing, as a
+    // setting is: a file that holds it already, read without the lock, is
+    // left alone, and no lock is taken for it.
+    bool saveSetting(const std::function<void()> &change);
     // Takes in what other launcher processes wrote since: the file as it is
     // now replaces the members and the document. A file that does not parse
     // at this moment is left for the next save to deal with; false then.

@@ -119,6 +119,29 @@ private slots:
         QCOMPARE(http.getBody(), QStringLiteral("slow answer"));
     }
 
+    // A fetch sent ahead is the one that the next get() of its address waits
+    // for; a get() of another address is not answered with it.
+    void prefetch()
+    {
+        m_server.setAnswer(QStringLiteral("/ahead"), HttpFixture::ok("ahead"));
+        m_server.setAnswer(QStringLiteral("/other"), HttpFixture::ok("other"));
+        HTTPAccessUtility http;
+        http.prefetch(m_server.url(QStringLiteral("/ahead")));
+        // Asked before get() is called; get() asks no more.
+        QTRY_COMPARE(m_server.requestCount(QStringLiteral("/ahead")), 1);
+        QVERIFY(http.get(m_server.url(QStringLiteral("/ahead"))));
+        QCOMPARE(http.getBody(), QStringLiteral("ahead"));
+        QCOMPARE(m_server.requestCount(QStringLiteral("/ahead")), 1);
+
+        http.prefetch(m_server.url(QStringLiteral("/ahead")));
+        QVERIFY(http.get(m_server.url(QStringLiteral("/other"))));
+        QCOMPARE(http.getBody(), QStringLiteral("other"));
+        // Given up with the other fetch: the next get() asks again.
+        const int asked = m_server.requestCount(QStringLiteral("/ahead"));
+        QVERIFY(http.get(m_server.url(QStringLiteral("/ahead"))));
+        QCOMPARE(m_server.requestCount(QStringLiteral("/ahead")), asked + 1);
+    }
+
     // A value that cannot serve as a deadline gives way to the build default.
     void deadlineValue()
     {

@@ -306,6 +306,29 @@ private slots:
         QVERIFY(QFileInfo(profile.managerFile()).lastModified() > old);
     }
 
+    // A setting that the file holds already needs no lock: one held by
+    // another process does not stop it. One that changes the file is written.
+    void settingWithoutLock()
+    {
+        TestProfile profile;
+        ApplInfo info(profile.managerFile(), false, nullptr);
+        const QDateTime old(QDate(2001, 2, 3), QTime(4, 5, 6));
+        QVERIFY(info.createFile() && TestFiles::setModified(profile.managerFile(), old));
+        QLockFile holder(info.getWriteLockFilePath());
+        QVERIFY(holder.tryLock(0));
+        QString locale;
+        QVERIFY(info.getLocale(locale));
+        QVERIFY(info.saveSetting([&info, &locale]() { info.setLocale(locale); }));
+        QCOMPARE(info.getInfoText(), "ApplInfo file updated: " + profile.managerFile());
+        QCOMPARE(info.getLockText(), QString());
+        QCOMPARE(QFileInfo(profile.managerFile()).lastModified(), old);
+
+        holder.unlock();
+        const QString other = locale == "ja_JP" ? "en_US" : "ja_JP";
+        QVERIFY(info.saveSetting([&info, &other]() { info.setLocale(other); }));
+        QCOMPARE(TestFiles::readObject(profile.managerFile()).value("1.0.0")["locale"].toString(), other);
+    }
+
     void writeLock_data()
     {
         QTest::addColumn<bool>("holderRuns");
