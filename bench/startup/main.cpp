@@ -10,7 +10,8 @@
 //    editors, six recent projects with pictures) against a bare window with
 //    a web view (bench_startup_window), measured alike in both by a probe
 //    preloaded into them (bench_firstpaint), on the X server of DISPLAY when
-//    there is one;
+//    there is one; and, since the launcher does without the GL driver, also
+//    against the bare window told to do without it;
 //  - the median time of one registry query at 1,000 and 5,000 groups;
 //  - the time and the extra peak memory of reading a 200,000-entry archive
 //    and a 200 MB XML project.
@@ -260,8 +261,8 @@ qint64 runTimed(const QString &program, const QStringList &arguments, const Prof
 // its first window was painted: the ns from the start to that paint, -1 when
 // it failed. The window's object name goes to window, the processor time of
 // the program until then to cpuNs.
-qint64 runToFirstPaint(
-    const QString &program, const Profile &profile, const QString &server, QString &window, qint64 &cpuNs)
+qint64 runToFirstPaint(const QString &program, const Profile &profile, const QString &server, QString &window,
+    qint64 &cpuNs, bool withoutGl = false)
 {
     const QString log = profile.path(QStringLiteral("first-paint.log"));
     QFile::remove(log);
@@ -271,6 +272,10 @@ qint64 runToFirstPaint(
     // A real X server when there is one (bench/run starts Xvfb), as a user's window is.
     if (!environment.value(QStringLiteral("DISPLAY")).isEmpty())
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    // The launcher does without the GL driver that any Qt window on X loads
+    // by default; this asks the bare window to do without it too.
+    if (withoutGl)
+        environment.insert(QStringLiteral("QT_XCB_GL_INTEGRATION"), QStringLiteral("none"));
     qint64 started = 0, ended = 0;
     if (!runProgram(program, QStringList(), environment, profile, started, ended))
         return -1;
@@ -349,20 +354,23 @@ bool compareFirstWindow(const Profile &profile, const CatalogueServer &server, i
             return false;
     }
 
-    QVector<qint64> launcherNs, bareNs, launcherCpuNs, bareCpuNs;
-    QVector<double> ratios, cpuRatios;
+    QVector<qint64> launcherNs, bareNs, launcherCpuNs, bareCpuNs, bareNoGlNs;
+    QVector<double> ratios, cpuRatios, noGlRatios;
+    const QString bare = QStringLiteral(ZANMIR_BARE_WINDOW_BINARY);
     for (int round = 0; round <= runs; ++round) {
-        QString launcherWindow, bareWindow;
-        qint64 launcherCpu = 0, bareCpu = 0;
+        QString launcherWindow, bareWindow, bareNoGlWindow;
+        qint64 launcherCpu = 0, bareCpu = 0, bareNoGlCpu = 0;
         const qint64 a = runToFirstPaint(launcher, profile, server.base(), launcherWindow, launcherCpu);
-        const qint64 b
-            = runToFirstPaint(QStringLiteral(ZANMIR_BARE_WINDOW_BINARY), profile, server.base(), bareWindow, bareCpu);
-        if (a < 0 || b < 0 || launcherWindow != QLatin1String("HomeForm") || launcherCpu <= 0 || bareCpu <= 0)
+        const qint64 b = runToFirstPaint(bare, profile, server.base(), bareWindow, bareCpu);
+        const qint64 c = runToFirstPaint(bare, profile, server.base(), bareNoGlWindow, bareNoGlCpu, true);
+        if (a < 0 || b < 0 || c < 0 || launcherWindow != QLatin1String("HomeForm") || launcherCpu <= 0 || bareCpu <= 0)
             return false;
         if (round > 0) {
             launcherNs.append(a);
             bareNs.append(b);
+            bareNoGlNs.append(c);
             ratios.append(double(a) / double(b));
+            noGlRatios.append(double(a) / double(c));
             launcherCpuNs.append(launcherCpu);
             bareCpuNs.append(bareCpu);
             cpuRatios.append(double(launcherCpu) / double(bareCpu));
@@ -380,6 +388,11 @@ bool compareFirstWindow(const Profile &profile, const CatalogueServer &server, i
                  .arg(median(cpuRatios), 0, 'f', 2)
                  .arg(median(launcherCpuNs) / 1e6, 0, 'f', 1)
                  .arg(median(bareCpuNs) / 1e6, 0, 'f', 1)
+          << '\n';
+    // The launcher's own work before its paint, with the GL driver out of both.
+    out() << QStringLiteral("  against the bare window without the GL driver either: %1x (medians: bare window %2 ms)")
+                 .arg(median(noGlRatios), 0, 'f', 2)
+                 .arg(median(bareNoGlNs) / 1e6, 0, 'f', 1)
           << '\n';
     return true;
 }
