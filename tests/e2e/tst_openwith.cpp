@@ -201,6 +201,28 @@ private slots:
         qint64 pid = 0;
         QVERIFY(window.getLockInfo(&pid, nullptr, nullptr) && pid == QCoreApplication::applicationPid());
     }
+
+    // The launcher draws without the GL driver, but the editor it starts must
+    // get the environment the user gave, with or without a GL choice of its own.
+    void editorKeepsTheUsersGlChoice_data()
+    {
+        QTest::addColumn<QString>("choice"); // empty: none set
+        QTest::newRow("none chosen") << QString();
+        QTest::newRow("user's choice") << "xcb_egl";
+    }
+    void editorKeepsTheUsersGlChoice()
+    {
+        QFETCH(QString, choice);
+        const QString environmentLog = m_harness->profile().root() + "/sample-editor-environment.log";
+        m_harness->setEnvironmentValue("ZANMIR_SAMPLE_EDITOR_ENV_LOG", environmentLog);
+        m_harness->setEnvironmentValue("QT_XCB_GL_INTEGRATION", choice);
+        QVERIFY(ended(m_harness->run(paths({ "scene.zmr" })), 0, 0) && m_harness->waitForEditorStarts(1));
+        const QStringList seen = QJsonDocument::fromJson(TestFiles::read(environmentLog))
+                                     .toVariant()
+                                     .toStringList()
+                                     .filter(QRegularExpression("^QT_XCB_GL_INTEGRATION="));
+        QCOMPARE(seen, choice.isEmpty() ? QStringList() : QStringList { "QT_XCB_GL_INTEGRATION=" + choice });
+    }
 };
 
 QTEST_GUILESS_MAIN(TestOpenWith)
